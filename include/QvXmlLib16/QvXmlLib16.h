@@ -1,0 +1,37 @@
+#pragma once
+
+// QvXmlLib16: runtime of the XML data-binding toolchain. Include this header alone.
+//
+// Where to find a class:
+//   CQvException and its subclasses ........... QvException.h
+//   FormatString, FormatV, PadZero, ... ........ Format.h
+//   CWhitespaceUtils ........................... WhitespaceUtils.h
+//   CStringBuffer .............................. StringBuffer.h
+//   ConvertUTF8toUTF16 ... UnicodeToUTF16 ...... ConvertUTF.h
+//   CEncoder ................................... Encoder.h
+//   CBase64 .................................... Base64.h
+//   CBinaryData ................................ BinaryData.h
+//   EOLType, XmlEncoding ....................... XmlEncoding.h
+//   CTextStream, CFileTextStream ............... TextStream.h
+//   CBinaryStream, CFileBinaryStream ........... BinaryStream.h
+//   CQvZip, CompressionType .................... QvZip.h
+//   CSmartPtr .................................. SmartPtr.h
+//   CQVCriticalSection ......................... QVCriticalSection.h
+//   CInstanceMonitor ........................... InstanceMonitor.h
+
+#include <QvXmlLib16/Base64.h>
+#include <QvXmlLib16/BinaryData.h>
+#include <QvXmlLib16/BinaryStream.h>
+#include <QvXmlLib16/ConvertUTF.h>
+#include <QvXmlLib16/Encoder.h>
+#include <QvXmlLib16/Export.h>
+#include <QvXmlLib16/Format.h>
+#include <QvXmlLib16/InstanceMonitor.h>
+#include <QvXmlLib16/QVCriticalSection.h>
+#include <QvXmlLib16/QvException.h>
+#include <QvXmlLib16/QvZip.h>
+#include <QvXmlLib16/SmartPtr.h>
+#include <QvXmlLib16/StringBuffer.h>
+#include <QvXmlLib16/TextStream.h>
+#include <QvXmlLib16/WhitespaceUtils.h>
+#include <QvXmlLib16/XmlEncoding.h>

@@ -1,0 +1,8 @@
+#pragma once
+
+// Message texts of the foundation. Verbatim, odd spelling included: callers match on them.
+namespace QvXmlLib16::msg {
+
+inline constexpr wchar_t kUnknownWhitespaceRule[] = L"Unknown WhitespaceRule";
+
+} // namespace QvXmlLib16::msg
