@@ -18,20 +18,36 @@
 //   CSmartPtr .................................. SmartPtr.h
 //   CQVCriticalSection ......................... QVCriticalSection.h
 //   CInstanceMonitor ........................... InstanceMonitor.h
+//   ItemType ................................... ItemType.h
+//   well-known namespace names (ns::kXsi, ...) . Namespaces.h
+//   CSerializationContext, SchemaType .......... SerializationContext.h
+//   CXmlWriter, CXmlWriterContext .............. XmlWriter.h
+//   CXmlTextWriter ............................. XmlTextWriter.h
+//   CXmlDocument ............................... XmlDocument.h
+//   CXmlElement, CXmlAttribute ................. XmlElement.h
+//   CExpatReader ............................... ExpatReader.h
 
 #include <QvXmlLib16/Base64.h>
 #include <QvXmlLib16/BinaryData.h>
 #include <QvXmlLib16/BinaryStream.h>
 #include <QvXmlLib16/ConvertUTF.h>
 #include <QvXmlLib16/Encoder.h>
+#include <QvXmlLib16/ExpatReader.h>
 #include <QvXmlLib16/Export.h>
 #include <QvXmlLib16/Format.h>
 #include <QvXmlLib16/InstanceMonitor.h>
+#include <QvXmlLib16/ItemType.h>
+#include <QvXmlLib16/Namespaces.h>
 #include <QvXmlLib16/QVCriticalSection.h>
 #include <QvXmlLib16/QvException.h>
 #include <QvXmlLib16/QvZip.h>
+#include <QvXmlLib16/SerializationContext.h>
 #include <QvXmlLib16/SmartPtr.h>
 #include <QvXmlLib16/StringBuffer.h>
 #include <QvXmlLib16/TextStream.h>
 #include <QvXmlLib16/WhitespaceUtils.h>
+#include <QvXmlLib16/XmlDocument.h>
+#include <QvXmlLib16/XmlElement.h>
 #include <QvXmlLib16/XmlEncoding.h>
+#include <QvXmlLib16/XmlTextWriter.h>
+#include <QvXmlLib16/XmlWriter.h>

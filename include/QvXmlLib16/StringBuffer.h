@@ -28,6 +28,10 @@ public:
     void Append(const std::wstring& s) { Append(s.c_str()); }
 
     void Append(wchar_t c);
+
+    // count characters from s, zero characters included.
+    void Append(const wchar_t* s, unsigned long count) { AppendRange(s, count); }
+
     void SetText(const wchar_t* s);
     // The whole text, owned by the buffer, valid until the next change.
     const wchar_t* GetText();

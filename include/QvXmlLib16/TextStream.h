@@ -31,6 +31,8 @@ public:
 
     void Append(const std::wstring& s) { m_buffer.Append(s); }
 
+    void Append(const wchar_t* s, unsigned long count) { m_buffer.Append(s, count); }
+
     // Characters buffered (not yet flushed).
     unsigned long GetLength() const { return m_buffer.GetLength(); }
 

@@ -1,0 +1,225 @@
+// The only file that sees expat. Its UTF-16 build has 16-bit XML_Char.
+#define XML_UNICODE
+#include "xml/XmlMessages.h"
+
+#include <QvXmlLib16/ExpatReader.h>
+#include <QvXmlLib16/Format.h>
+#include <QvXmlLib16/Namespaces.h>
+#include <QvXmlLib16/QvException.h>
+#include <QvXmlLib16/SerializationContext.h>
+#include <QvXmlLib16/XmlDocument.h>
+
+#include <expat.h>
+
+#include <climits>
+#include <cstring>
+#include <string>
+#include <vector>
+
+static_assert(sizeof(XML_Char) == 2, "the reader needs expat's UTF-16 build");
+
+namespace QvXmlLib16 {
+
+namespace {
+
+constexpr wchar_t kCDataStart[] = L"<![CDATA[";
+constexpr wchar_t kCDataEnd[] = L"]]>";
+constexpr XML_Char kNamespaceSeparator = '|';
+constexpr int kMaxChunk = INT_MAX / 2; // XML_Parse takes an int length
+
+size_t Length(const XML_Char* s) {
+    size_t n = 0;
+    while (s[n])
+        ++n;
+    return n;
+}
+
+// Widens UTF-16 into out (replacing its content): valid pairs become one code point, unpaired
+// surrogates pass through unit by unit.
+void Widen(const XML_Char* s, size_t length, std::wstring& out) {
+    out.resize(length);
+    size_t n = 0;
+    for (size_t i = 0; i < length; ++i) {
+        unsigned c = s[i];
+        if (c >= 0xD800 && c <= 0xDBFF && i + 1 < length && s[i + 1] >= 0xDC00
+            && s[i + 1] <= 0xDFFF) {
+            c = 0x10000 + ((c - 0xD800) << 10) + (s[i + 1] - 0xDC00u);
+            ++i;
+        }
+        out[n++] = static_cast<wchar_t>(c);
+    }
+    out.resize(n);
+}
+
+// Expat's messages are narrow ASCII even in its UTF-16 build.
+std::wstring WidenAscii(const XML_LChar* s) {
+    return s ? std::wstring(s, s + std::strlen(s)) : L"";
+}
+
+std::wstring Widen(const XML_Char* s) {
+    std::wstring out;
+    if (s)
+        Widen(s, Length(s), out);
+    return out;
+}
+
+} // namespace
+
+struct CExpatReader::Impl {
+    explicit Impl(CXmlDocument& doc) : document(doc) {}
+
+    ~Impl() { FreeParser(); }
+
+    void FreeParser() {
+        if (parser)
+            XML_ParserFree(parser);
+        parser = nullptr;
+    }
+
+    bool NoNamespaces() const { return document.m_schemaType == SchemaType_NoNamespaces; }
+
+    // name -> (namespace, local name). With namespace processing expat gives "uri|local":
+    // split at the last '|', since a URI may hold one and a local name cannot. Without it the
+    // name arrives whole and the part after the last ':' is the local name.
+    void SplitName(const XML_Char* raw, SharedName& ns, SharedName& local) {
+        Widen(raw, Length(raw), nameBuffer);
+        const wchar_t separator = NoNamespaces() ? L':' : L'|';
+        const size_t cut = nameBuffer.rfind(separator);
+        if (cut == std::wstring::npos) {
+            ns = nullptr;
+            local = document.InternName(nameBuffer.data(), nameBuffer.size());
+            return;
+        }
+        ns = NoNamespaces() ? nullptr : document.InternName(nameBuffer.data(), cut);
+        local = document.InternName(nameBuffer.data() + cut + 1, nameBuffer.size() - cut - 1);
+    }
+
+    // Without namespace processing, xmlns and xmlns:p attributes are declarations.
+    bool RecordIfDeclaration(const XML_Char* rawName, const XML_Char* value) {
+        if (!NoNamespaces())
+            return false;
+        const std::wstring name = Widen(rawName);
+        if (name == L"xmlns")
+            document.SetAlias(L"", Widen(value));
+        else if (name.compare(0, 6, L"xmlns:") == 0)
+            document.SetAlias(name.substr(6), Widen(value));
+        else
+            return false;
+        return true;
+    }
+
+    void StartElement(const XML_Char* name, const XML_Char** attributes) {
+        SharedName ns, local;
+        SplitName(name, ns, local);
+        CXmlElement* element = document.StartElement(std::move(ns), std::move(local));
+        for (const XML_Char** a = attributes; a && *a; a += 2) {
+            if (RecordIfDeclaration(a[0], a[1]))
+                continue;
+            SharedName attributeNs, attributeName;
+            SplitName(a[0], attributeNs, attributeName);
+            element->AddAttribute(std::move(attributeName), Widen(a[1]), std::move(attributeNs));
+        }
+    }
+
+    void Text(const XML_Char* s, int length) {
+        CXmlElement* element = document.GetOpenElement();
+        if (!element || length <= 0)
+            return;
+        Widen(s, static_cast<size_t>(length), textBuffer);
+        document.AppendTextExcludingCR(element, textBuffer.data(),
+                                       static_cast<unsigned long>(textBuffer.size()));
+    }
+
+    void AppendMarker(const wchar_t* marker) {
+        if (CXmlElement* element = document.GetOpenElement())
+            element->AppendText(marker);
+    }
+
+    static void XMLCALL FnStartElement(void* self, const XML_Char* name, const XML_Char** atts) {
+        static_cast<Impl*>(self)->StartElement(name, atts);
+    }
+
+    static void XMLCALL FnEndElement(void* self, const XML_Char*) {
+        static_cast<Impl*>(self)->document.EndElement();
+    }
+
+    static void XMLCALL FnText(void* self, const XML_Char* s, int length) {
+        static_cast<Impl*>(self)->Text(s, length);
+    }
+
+    static void XMLCALL FnStartNamespace(void* self, const XML_Char* prefix, const XML_Char* uri) {
+        static_cast<Impl*>(self)->document.SetAlias(Widen(prefix), Widen(uri));
+    }
+
+    static void XMLCALL FnEndNamespace(void*, const XML_Char*) {}
+
+    static void XMLCALL FnStartCDATA(void* self) {
+        static_cast<Impl*>(self)->AppendMarker(kCDataStart);
+    }
+
+    static void XMLCALL FnEndCDATA(void* self) {
+        static_cast<Impl*>(self)->AppendMarker(kCDataEnd);
+    }
+
+    CXmlDocument& document;
+    XML_Parser parser = nullptr;
+    std::wstring nameBuffer; // reused across callbacks: no allocation per name
+    std::wstring textBuffer;
+};
+
+CExpatReader::CExpatReader(CXmlDocument& document)
+    : CInstanceMonitor(L"CExpatReader"),
+      m_impl(new Impl(document)) {}
+
+CExpatReader::~CExpatReader() = default;
+
+void CExpatReader::CreateParser() {
+    Impl& impl = *m_impl;
+    impl.FreeParser();
+    impl.textBuffer.reserve(256);
+    // Text converted from wide characters is UTF-8 whatever its declaration names.
+    static const XML_Char kUtf8[] = {'U', 'T', 'F', '-', '8', 0};
+    const XML_Char* encoding = impl.document.m_inputIsUtf8 ? kUtf8 : nullptr;
+    impl.parser = impl.NoNamespaces() ? XML_ParserCreate(encoding)
+                                      : XML_ParserCreateNS(encoding, kNamespaceSeparator);
+    if (!impl.parser)
+        throw std::bad_alloc();
+    XML_SetUserData(impl.parser, &impl);
+    XML_SetElementHandler(impl.parser, Impl::FnStartElement, Impl::FnEndElement);
+    XML_SetNamespaceDeclHandler(impl.parser, Impl::FnStartNamespace, Impl::FnEndNamespace);
+    XML_SetCharacterDataHandler(impl.parser, Impl::FnText);
+    if (!impl.document.GetContext().GetStripCDATA())
+        XML_SetCdataSectionHandler(impl.parser, Impl::FnStartCDATA, Impl::FnEndCDATA);
+}
+
+void CExpatReader::Parse(bool freeParser) {
+    Impl& impl = *m_impl;
+    if (!impl.parser)
+        CreateParser();
+    const char* data = reinterpret_cast<const char*>(impl.document.m_input.get());
+    unsigned long remaining = impl.document.m_inputLength;
+    // One XML_Parse call for any ordinary input; only inputs over 1 GiB go in pieces.
+    do {
+        const int chunk = remaining > static_cast<unsigned long>(kMaxChunk)
+                              ? kMaxChunk
+                              : static_cast<int>(remaining);
+        remaining -= static_cast<unsigned long>(chunk);
+        if (XML_Parse(impl.parser, data, chunk, remaining == 0) == XML_STATUS_ERROR) {
+            const std::wstring message = WidenAscii(XML_ErrorString(XML_GetErrorCode(impl.parser)));
+            const int line = static_cast<int>(XML_GetCurrentLineNumber(impl.parser));
+            Cleanup();
+            impl.FreeParser();
+            throw CQvException(FormatString(msg::kParseErrorFmt, message.c_str(), line));
+        }
+        data += chunk;
+    } while (remaining > 0);
+    if (freeParser)
+        impl.FreeParser();
+}
+
+void CExpatReader::Cleanup() {
+    std::wstring().swap(m_impl->textBuffer);
+    std::wstring().swap(m_impl->nameBuffer);
+}
+
+} // namespace QvXmlLib16

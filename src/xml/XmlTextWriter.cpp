@@ -1,0 +1,291 @@
+#include "xml/XmlMessages.h"
+
+#include <QvXmlLib16/Namespaces.h>
+#include <QvXmlLib16/QvException.h>
+#include <QvXmlLib16/XmlTextWriter.h>
+
+#include <cwchar>
+
+namespace QvXmlLib16 {
+
+namespace {
+
+constexpr unsigned long kFlushThreshold = 4095;
+constexpr wchar_t kCDataStart[] = L"<![CDATA[";
+
+bool StartsWithCData(const std::wstring& text) {
+    return text.compare(0, 9, kCDataStart) == 0;
+}
+
+} // namespace
+
+CXmlTextWriter::CXmlTextWriter(CTextStream& stream)
+    : CXmlWriter(L"CXmlTextWriter"),
+      m_stream(stream) {}
+
+CXmlTextWriter::~CXmlTextWriter() = default;
+
+void CXmlTextWriter::SetEOLType(EOLType type) {
+    if (type != EOL_CRLF && type != EOL_LF)
+        throw CQvException(msg::kInvalidEolType);
+    m_eolType = type;
+    m_lineEnd = type == EOL_CRLF ? L"\r\n" : L"\n";
+}
+
+void CXmlTextWriter::FlushCheck() {
+    if (m_stream.GetLength() > kFlushThreshold)
+        m_stream.Flush();
+}
+
+void CXmlTextWriter::PutLineEndIfFormatted() {
+    if (m_format)
+        PutLineEnd();
+}
+
+void CXmlTextWriter::PutIndent(unsigned depth) {
+    for (unsigned i = 0; i < depth; ++i)
+        m_stream.Append(m_indentChars);
+}
+
+void CXmlTextWriter::Open() {
+    m_stream.Open();
+}
+
+void CXmlTextWriter::Close() {
+    m_stream.Close();
+    CXmlWriter::Close();
+}
+
+void CXmlTextWriter::WriteStartDocument() {
+    m_stream.Append(L"<?xml version=\"1.0\"");
+    if (m_stream.GetEncoding() == Encoding_UTF8)
+        m_stream.Append(L" encoding=\"UTF-8\"");
+    else if (m_stream.GetEncoding() == Encoding_UTF16)
+        m_stream.Append(L" encoding=\"UTF-16\"");
+    m_stream.Append(L"?>");
+    PutLineEnd();
+    FlushCheck();
+}
+
+void CXmlTextWriter::WriteHeaderDirective(const std::wstring& text) {
+    if (GetCurrentContext())
+        throw CQvException(msg::kHeaderDirectiveTooLate);
+    m_stream.Append(text);
+    PutLineEnd();
+    FlushCheck();
+}
+
+void CXmlTextWriter::WriteRawElement(const std::wstring& text) {
+    m_stream.Append(text);
+    FlushCheck();
+}
+
+void CXmlTextWriter::CloseParentElm() {
+    CXmlWriterContext* parent = GetCurrentContext();
+    if (!parent)
+        return;
+    ++parent->m_childCount;
+    if (parent->m_startTagOpen) {
+        m_stream.Append(L'>');
+        PutLineEndIfFormatted();
+        parent->m_startTagOpen = false;
+    }
+}
+
+void CXmlTextWriter::PutNamespaceDeclaration(const std::wstring& prefix, const std::wstring& ns) {
+    m_stream.Append(L" xmlns");
+    if (!prefix.empty()) {
+        m_stream.Append(L':');
+        m_stream.Append(prefix);
+    }
+    m_stream.Append(L"=\"");
+    PadAndAppend(ns.c_str(), true);
+    m_stream.Append(L'"');
+}
+
+// The root declares the writer's default namespace and every namespace added before it, in
+// namespace order. xml is bound by definition and an empty prefix declares nothing.
+void CXmlTextWriter::PutRootDeclarations() {
+    if (!GetWriterDefaultNamespace().empty())
+        PutNamespaceDeclaration(std::wstring(), GetWriterDefaultNamespace());
+    for (const auto& [uri, prefix] : GetWriterNamespaceMap()) {
+        if (uri != ns::kXml && !prefix.empty())
+            PutNamespaceDeclaration(prefix, uri);
+    }
+}
+
+void CXmlTextWriter::WriteStartElement(const std::wstring& localName, const std::wstring& ns) {
+    CloseParentElm();
+    const bool isRoot = GetCurrentContext() == nullptr;
+    CXmlWriterContext& context = PushContext(localName, ns);
+    if (m_format)
+        PutIndent(context.m_depth);
+    m_stream.Append(L'<');
+    const PrefixChoice choice = ElementPrefix(ns);
+    if (!choice.prefix.empty()) {
+        m_stream.Append(choice.prefix);
+        m_stream.Append(L':');
+    }
+    m_stream.Append(localName);
+    if (choice.declare)
+        PutNamespaceDeclaration(choice.prefix, ns);
+    if (isRoot)
+        PutRootDeclarations();
+    FlushCheck();
+}
+
+CXmlWriter::CXmlWriterContext& CXmlTextWriter::OpenStartTag() {
+    CXmlWriterContext* context = GetCurrentContext();
+    if (!context)
+        throw CQvException(msg::kNoOpenElement);
+    if (!context->m_startTagOpen)
+        throw CQvException(msg::kAttributesBeforeElements);
+    return *context;
+}
+
+void CXmlTextWriter::WriteAttributeString(const std::wstring& localName, const std::wstring& ns,
+                                          const std::wstring& value, ItemType) {
+    OpenStartTag();
+    m_stream.Append(L' ');
+    if (!ns.empty()) {
+        // Declared first, then a blank, then the prefixed attribute itself.
+        const PrefixChoice choice = AttributePrefix(ns);
+        if (choice.declare) {
+            m_stream.Append(L"xmlns:");
+            m_stream.Append(choice.prefix);
+            m_stream.Append(L"=\"");
+            PadAndAppend(ns.c_str(), true);
+            m_stream.Append(L"\" ");
+        }
+        m_stream.Append(choice.prefix);
+        m_stream.Append(L':');
+    }
+    m_stream.Append(localName);
+    m_stream.Append(L"=\"");
+    PadAndAppend(value.c_str(), true);
+    m_stream.Append(L'"');
+    FlushCheck();
+}
+
+void CXmlTextWriter::WriteAttributeType(const std::wstring& typeName, const std::wstring& typeNs,
+                                        ItemType type) {
+    CXmlWriterContext& context = OpenStartTag();
+    std::wstring value = typeName;
+    if (!typeNs.empty() && typeNs != context.GetDefaultNamespace()) {
+        const PrefixChoice choice = AttributePrefix(typeNs);
+        if (choice.declare) {
+            PutNamespaceDeclaration(choice.prefix, typeNs);
+            m_stream.Append(L' ');
+        }
+        value = choice.prefix + L':' + typeName;
+    }
+    WriteAttributeString(L"type", ns::kXsi, value, type);
+}
+
+void CXmlTextWriter::WriteAttributeNil() {
+    OpenStartTag();
+    WriteAttributeString(L"nil", ns::kXsi, L"true", ItemType_boolean);
+}
+
+void CXmlTextWriter::WriteString(const std::wstring& text, ItemType, bool isDefaultValue) {
+    if (text.empty() || (isDefaultValue && !m_writeDefaultElementValues))
+        return;
+    CXmlWriterContext* context = GetCurrentContext();
+    if (!context)
+        throw CQvException(msg::kNoOpenElement);
+    // Text alone keeps the element on one line: no line end, no child counted.
+    if (context->m_startTagOpen) {
+        m_stream.Append(L'>');
+        context->m_startTagOpen = false;
+    }
+    if (StartsWithCData(text))
+        m_stream.Append(text);
+    else
+        PadAndAppend(text.c_str(), false);
+    FlushCheck();
+}
+
+void CXmlTextWriter::WriteEndElement() {
+    CXmlWriterContext* context = GetCurrentContext();
+    if (!context)
+        throw CQvException(msg::kNoOpenElement);
+    if (context->m_startTagOpen) {
+        m_stream.Append(L"/>");
+    } else {
+        if (m_format && context->m_childCount > 0)
+            PutIndent(context->m_depth);
+        m_stream.Append(L"</");
+        const std::wstring prefix = PrefixOf(*context);
+        if (!prefix.empty()) {
+            m_stream.Append(prefix);
+            m_stream.Append(L':');
+        }
+        m_stream.Append(context->m_localName);
+        m_stream.Append(L'>');
+    }
+    PutLineEndIfFormatted();
+    FlushCheck();
+    PopContext();
+}
+
+void CXmlTextWriter::WriteComment(const std::wstring& text) {
+    m_stream.Append(L"<!--");
+    PadAndAppend(text.c_str(), false);
+    m_stream.Append(L"-->");
+    PutLineEnd();
+    FlushCheck();
+}
+
+void CXmlTextWriter::WritePI(const std::wstring& text) {
+    m_stream.Append(text);
+    PutLineEnd();
+    PutLineEnd();
+    FlushCheck();
+}
+
+void CXmlTextWriter::WriteInlineSchema(const std::wstring& text) {
+    m_stream.Append(L' ');
+    PutLineEnd();
+    m_stream.Append(text);
+    PutLineEnd();
+    FlushCheck();
+}
+
+// Plain characters go out in runs; only the few that need it are replaced.
+void CXmlTextWriter::PadAndAppend(const wchar_t* text, bool inAttribute) {
+    if (!text)
+        return;
+    const wchar_t* run = text;
+    const wchar_t* p = text;
+    for (; *p; ++p) {
+        const wchar_t c = *p;
+        const wchar_t* replacement;
+        switch (c) {
+        case L'&': replacement = L"&amp;"; break;
+        case L'<': replacement = L"&lt;"; break;
+        case L'>': replacement = L"&gt;"; break;
+        case L'"':
+            if (!inAttribute)
+                continue;
+            replacement = L"&quot;";
+            break;
+        case L'\r': replacement = L""; break;
+        case L'\n':
+            if (inAttribute) {
+                replacement = L"&#xA;";
+            } else {
+                if (m_eolType != EOL_CRLF && m_eolType != EOL_LF)
+                    throw CQvException(msg::kInvalidEolType);
+                replacement = m_lineEnd.c_str();
+            }
+            break;
+        default: continue;
+        }
+        m_stream.Append(run, static_cast<unsigned long>(p - run));
+        m_stream.Append(replacement);
+        run = p + 1;
+    }
+    m_stream.Append(run, static_cast<unsigned long>(p - run));
+}
+
+} // namespace QvXmlLib16
