@@ -10,7 +10,7 @@ namespace QvXmlLib16 {
 class CXmlDocument;
 
 // Turns the XML text in a document's input buffer into its element tree. Parse errors throw
-// CQvException "<expat's message> at line <n>"; what was built before the error stays.
+// CQvException "<parser's message> at line <n>"; what was built before the error stays.
 class QVXML_API CExpatReader : public CInstanceMonitor {
 public:
     explicit CExpatReader(CXmlDocument& document);

@@ -7,7 +7,7 @@
 namespace QvXmlLib16 {
 
 // The numbers are fixed.
-enum CompressionType { Compression_None = 0, Compression_GZip = 1, Compression_ZLib = 2 };
+enum CompressionType : int { Compression_None = 0, Compression_GZip = 1, Compression_ZLib = 2 };
 
 // Deflate of finished output (gzip or ZLib wrapper), inflate of input with automatic detection.
 class QVXML_API CQvZip : public CInstanceMonitor {

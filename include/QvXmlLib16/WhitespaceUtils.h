@@ -9,7 +9,7 @@ namespace QvXmlLib16 {
 class QVXML_API CWhitespaceUtils {
 public:
     // Stored by generated code and metadata: the numbers are fixed.
-    enum WhitespaceRule {
+    enum WhitespaceRule : int {
         WhitespaceRule_None = 0,
         WhitespaceRule_Preserve = 1,
         WhitespaceRule_Replace = 2,

@@ -41,7 +41,7 @@ public:
     void Load(const wchar_t* fileName);
     // Wide text is already decoded: any encoding its declaration names is ignored.
     void LoadXml(const wchar_t* text);
-    // Bytes whose encoding expat takes from the declaration or byte order mark.
+    // Bytes whose encoding the parser takes from the declaration or byte order mark.
     void LoadXml(const char* text);
     // Bytes, possibly compressed; the caller keeps its buffer.
     void LoadXmlStream(unsigned char* data, unsigned long size);

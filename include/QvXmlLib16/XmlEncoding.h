@@ -3,10 +3,10 @@
 namespace QvXmlLib16 {
 
 // Line ends written by the text writers; the numbers are fixed.
-enum EOLType { EOL_CRLF = 0, EOL_LF = 1 };
+enum EOLType : int { EOL_CRLF = 0, EOL_LF = 1 };
 
 // Byte encoding of a text stream; the numbers are fixed.
-enum XmlEncoding {
+enum XmlEncoding : int {
     Encoding_Unknown = 0,
     Encoding_UTF8 = 1,
     Encoding_UTF16 = 2,

@@ -18,7 +18,7 @@ public:
 
     // Set by callers around the items of a repeated element: 1 before, 3 after. The JSON
     // writer uses 2 for "array open".
-    enum ContextState {
+    enum ContextState : int {
         ContextState_Initial = 0,
         ContextState_CollectionStart = 1,
         ContextState_ArrayOpen = 2,
