@@ -26,6 +26,7 @@
 //   CXmlDocument ............................... XmlDocument.h
 //   CXmlElement, CXmlAttribute ................. XmlElement.h
 //   CExpatReader ............................... ExpatReader.h
+//   CXmlObjectHelper (TestRegEx) ............... XmlObjectHelper.h
 
 #include <QvXmlLib16/Base64.h>
 #include <QvXmlLib16/BinaryData.h>
@@ -49,5 +50,6 @@
 #include <QvXmlLib16/XmlDocument.h>
 #include <QvXmlLib16/XmlElement.h>
 #include <QvXmlLib16/XmlEncoding.h>
+#include <QvXmlLib16/XmlObjectHelper.h>
 #include <QvXmlLib16/XmlTextWriter.h>
 #include <QvXmlLib16/XmlWriter.h>
