@@ -21,6 +21,7 @@
 //   ItemType ................................... ItemType.h
 //   well-known namespace names (ns::kXsi, ...) . Namespaces.h
 //   CSerializationContext, SchemaType .......... SerializationContext.h
+//   CNamespaceAliasMap ......................... NamespaceAliasMap.h
 //   CXmlWriter, CXmlWriterContext .............. XmlWriter.h
 //   CXmlTextWriter ............................. XmlTextWriter.h
 //   CXmlDocument ............................... XmlDocument.h
@@ -38,6 +39,7 @@
 #include <QvXmlLib16/Format.h>
 #include <QvXmlLib16/InstanceMonitor.h>
 #include <QvXmlLib16/ItemType.h>
+#include <QvXmlLib16/NamespaceAliasMap.h>
 #include <QvXmlLib16/Namespaces.h>
 #include <QvXmlLib16/QVCriticalSection.h>
 #include <QvXmlLib16/QvException.h>
