@@ -1,0 +1,162 @@
+#include "common/TestUtils.h"
+
+#include <functional>
+#include <memory>
+
+using namespace QvXmlLib16;
+
+namespace {
+
+std::unique_ptr<CStringBuffer> MakeBuffer(unsigned long blockSize) {
+    return blockSize ? std::make_unique<CStringBuffer>(blockSize)
+                     : std::make_unique<CStringBuffer>();
+}
+
+} // namespace
+
+TEST(StringBuffer, BlocksChainAsTextArrives) {
+    struct Case {
+        const char* name;
+        unsigned long blockSize; // 0: the default constructor
+        std::vector<std::wstring> appends;
+        size_t blocks;
+        std::wstring text;
+    };
+
+    const Case cases[] = {
+        {"ten characters in blocks of four", 5, {L"0123456789"}, 3, L"0123456789"},
+        {"exactly one block", 5, {L"0123"}, 1, L"0123"},
+        {"one past a block", 5, {L"0123", L"4"}, 2, L"01234"},
+        {"small pieces fill blocks", 5, {L"ab", L"cd", L"ef"}, 2, L"abcdef"},
+        {"one character per block", 2, {L"abc"}, 3, L"abc"},
+        {"default block is full at 4095",
+         0,
+         {std::wstring(4095, L'x')},
+         1,
+         std::wstring(4095, L'x')},
+        {"default block overflows at 4096",
+         0,
+         {std::wstring(4096, L'x')},
+         2,
+         std::wstring(4096, L'x')},
+        {"nothing appended", 5, {}, 0, L""},
+        {"empty string adds no block", 5, {L""}, 0, L""},
+        {"stops at an embedded zero", 5, {std::wstring(L"ab\0cd", 5), L"e"}, 1, L"abe"},
+        {"characters outside the BMP are one unit",
+         3,
+         {L"\U0001F600\u00e9\u20ac"},
+         2,
+         L"\U0001F600\u00e9\u20ac"},
+    };
+    for (const Case& tc : cases) {
+        SCOPED_TRACE(tc.name);
+        auto buffer = MakeBuffer(tc.blockSize);
+        for (const std::wstring& piece : tc.appends)
+            buffer->Append(piece);
+        EXPECT_EQ(buffer->GetBlockCount(), tc.blocks);
+        EXPECT_EQ(buffer->GetLength(), tc.text.size());
+        EXPECT_EQ(std::wstring(buffer->GetText()), tc.text);
+        EXPECT_EQ(buffer->GetLength(), tc.text.size());
+        EXPECT_EQ(buffer->GetBlockCount(), tc.text.empty() ? 0u : 1u);
+    }
+}
+
+TEST(StringBuffer, AppendingForms) {
+    CStringBuffer buffer(5);
+    for (wchar_t c : std::wstring(L"abcdefghi"))
+        buffer.Append(c);
+    EXPECT_EQ(buffer.GetBlockCount(), 3u);
+    EXPECT_EQ(buffer.GetLength(), 9u);
+    buffer.Append(L"jk");
+    buffer.Append(std::wstring(L"l"));
+    buffer.Append(L'\U0001F600');
+    EXPECT_EQ(buffer.GetBlockCount(), 4u);
+    EXPECT_EQ(std::wstring(buffer.GetText()), L"abcdefghijkl\U0001F600");
+
+    const std::wstring big(100000, L'q');
+    CStringBuffer large;
+    for (size_t i = 0; i < big.size(); i += 1000)
+        large.Append(big.substr(i, 1000));
+    EXPECT_EQ(large.GetBlockCount(), 25u);
+    EXPECT_EQ(large.GetLength(), 100000u);
+    EXPECT_EQ(std::wstring(large.GetText()), big);
+}
+
+TEST(StringBuffer, GetTextJoinsIntoOneBlock) {
+    CStringBuffer buffer(5);
+    buffer.Append(L"0123456789");
+    ASSERT_EQ(buffer.GetBlockCount(), 3u);
+    const wchar_t* joined = buffer.GetText();
+    EXPECT_EQ(std::wstring(joined), L"0123456789");
+    EXPECT_EQ(buffer.GetBlockCount(), 1u);
+    // A single block is handed out as it is.
+    EXPECT_EQ(buffer.GetText(), joined);
+
+    // The joined block is full, so the next character starts a fresh block.
+    buffer.Append(L'x');
+    EXPECT_EQ(buffer.GetBlockCount(), 2u);
+    EXPECT_EQ(buffer.GetLength(), 11u);
+    EXPECT_EQ(std::wstring(buffer.GetText()), L"0123456789x");
+
+    buffer.Append(L"yz");
+    EXPECT_EQ(std::wstring(buffer.GetText()), L"0123456789xyz");
+
+    CStringBuffer empty;
+    ASSERT_NE(empty.GetText(), nullptr);
+    EXPECT_EQ(std::wstring(empty.GetText()), L"");
+}
+
+TEST(StringBuffer, EmptyClearAndSetText) {
+    struct Case {
+        const char* name;
+        std::function<void(CStringBuffer&)> prepare;
+        std::function<void(CStringBuffer&)> act;
+        size_t blocksAfter;
+    };
+
+    const Case cases[] = {
+        {"Empty keeps a single block", [](CStringBuffer& b) { b.Append(L"abc"); },
+         [](CStringBuffer& b) { b.Empty(); }, 1},
+        {"Empty of several blocks clears", [](CStringBuffer& b) { b.Append(L"0123456789"); },
+         [](CStringBuffer& b) { b.Empty(); }, 0},
+        {"Empty of nothing", [](CStringBuffer&) {}, [](CStringBuffer& b) { b.Empty(); }, 0},
+        {"Clear of one block", [](CStringBuffer& b) { b.Append(L"abc"); },
+         [](CStringBuffer& b) { b.Clear(); }, 0},
+        {"Clear of several blocks", [](CStringBuffer& b) { b.Append(L"0123456789"); },
+         [](CStringBuffer& b) { b.Clear(); }, 0},
+    };
+    for (const Case& tc : cases) {
+        SCOPED_TRACE(tc.name);
+        CStringBuffer buffer(5);
+        tc.prepare(buffer);
+        tc.act(buffer);
+        EXPECT_EQ(buffer.GetLength(), 0u);
+        EXPECT_EQ(buffer.GetBlockCount(), tc.blocksAfter);
+        EXPECT_EQ(std::wstring(buffer.GetText()), L"");
+        // The configured block size survives.
+        buffer.Append(L"0123456789");
+        EXPECT_EQ(buffer.GetBlockCount(), 3u);
+        EXPECT_EQ(std::wstring(buffer.GetText()), L"0123456789");
+    }
+
+    // Empty keeps the joined block with its whole capacity.
+    CStringBuffer joined(5);
+    joined.Append(L"0123456789");
+    joined.GetText();
+    joined.Empty();
+    joined.Append(L"abcdefghij");
+    EXPECT_EQ(joined.GetBlockCount(), 1u);
+    joined.Append(L'k');
+    EXPECT_EQ(joined.GetBlockCount(), 2u);
+    EXPECT_EQ(std::wstring(joined.GetText()), L"abcdefghijk");
+
+    CStringBuffer set(5);
+    set.Append(L"previous text");
+    set.SetText(L"hello");
+    EXPECT_EQ(set.GetLength(), 5u);
+    EXPECT_EQ(set.GetBlockCount(), 2u);
+    EXPECT_EQ(std::wstring(set.GetText()), L"hello");
+    set.SetText(L"");
+    EXPECT_EQ(set.GetLength(), 0u);
+    EXPECT_EQ(std::wstring(set.GetText()), L"");
+}

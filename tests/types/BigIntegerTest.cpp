@@ -1,0 +1,352 @@
+#include "common/TestUtils.h"
+
+#include <QvXmlLib16/BigInteger.h>
+#include <QvXmlLib16/Decimal.h>
+
+#include <climits>
+#include <cmath>
+#include <functional>
+#include <random>
+
+using namespace QvXmlLib16;
+using qvtest::ExpectThrowMsg;
+
+namespace {
+
+std::wstring Int128Text(__int128 v) {
+    if (v == 0)
+        return L"0";
+    const bool negative = v < 0;
+    unsigned __int128 mag = negative ? 0 - static_cast<unsigned __int128>(v) : v;
+    std::wstring out;
+    for (; mag; mag /= 10)
+        out.insert(out.begin(), static_cast<wchar_t>(L'0' + int(mag % 10)));
+    return negative ? L"-" + out : out;
+}
+
+CBigInteger Big(const std::wstring& text) {
+    return CBigInteger(text.c_str());
+}
+
+// Schoolbook product of two digit strings, written independently of the library.
+std::wstring MultiplyDigits(const std::wstring& a, const std::wstring& b) {
+    std::vector<int> acc(a.size() + b.size(), 0);
+    for (size_t i = a.size(); i-- > 0;)
+        for (size_t j = b.size(); j-- > 0;)
+            acc[i + j + 1] += (a[i] - L'0') * (b[j] - L'0');
+    for (size_t k = acc.size(); k-- > 1;) {
+        acc[k - 1] += acc[k] / 10;
+        acc[k] %= 10;
+    }
+    std::wstring out;
+    for (int d : acc)
+        if (!out.empty() || d != 0)
+            out += static_cast<wchar_t>(L'0' + d);
+    return out.empty() ? L"0" : out;
+}
+
+std::wstring RandomDigits(std::mt19937_64& rng, size_t count) {
+    std::wstring out(1, static_cast<wchar_t>(L'1' + rng() % 9));
+    while (out.size() < count)
+        out += static_cast<wchar_t>(L'0' + rng() % 10);
+    return out;
+}
+
+} // namespace
+
+TEST(CBigInteger, ConstructsAndPrints) {
+    struct Case {
+        const char* name;
+        CBigInteger value;
+        const wchar_t* printed;
+    };
+
+    const Case cases[] = {
+        {"default", CBigInteger(), L"0"},
+        {"int zero", CBigInteger(0), L"0"},
+        {"int", CBigInteger(-5), L"-5"},
+        {"int min", CBigInteger(INT_MIN), L"-2147483648"},
+        {"unsigned", CBigInteger(4000000000u), L"4000000000"},
+        {"long", CBigInteger(-1234567890123L), L"-1234567890123"},
+        {"unsigned long", CBigInteger(ULONG_MAX), L"18446744073709551615"},
+        {"long long min", CBigInteger(LLONG_MIN), L"-9223372036854775808"},
+        {"long long max", CBigInteger(LLONG_MAX), L"9223372036854775807"},
+        {"unsigned long long", CBigInteger(ULLONG_MAX), L"18446744073709551615"},
+        {"billion", CBigInteger(1000000000), L"1000000000"},
+        {"double", CBigInteger(12.7), L"12"},
+        {"negative double", CBigInteger(-12.7), L"-12"},
+        {"small negative double", CBigInteger(-0.5), L"0"},
+        {"large double", CBigInteger(1e20), L"100000000000000000000"},
+        {"decimal", CBigInteger(CDecimal(L"-98765.4321")), L"-98765"},
+        {"copy", CBigInteger(CBigInteger(42)), L"42"},
+        {"pow10 0", CBigInteger::Pow10(0), L"1"},
+        {"pow10 25", CBigInteger::Pow10(25), L"10000000000000000000000000"},
+        {"MAX_LONG", CBigInteger::MAX_LONG, L"2147483647"},
+        {"MIN_LONG", CBigInteger::MIN_LONG, L"-2147483648"},
+        {"MAX_LONGLONG", CBigInteger::MAX_LONGLONG, L"9223372036854775807"},
+        {"MIN_LONGLONG", CBigInteger::MIN_LONGLONG, L"-9223372036854775808"},
+    };
+    for (const Case& tc : cases) {
+        SCOPED_TRACE(tc.name);
+        EXPECT_EQ(tc.value.ToString(), tc.printed);
+    }
+    EXPECT_EQ(CBigInteger::MAX_DOUBLE.ToString(), L"17" + std::wstring(307, L'0'));
+    EXPECT_EQ(CBigInteger::MIN_DOUBLE.ToString(), L"-17" + std::wstring(307, L'0'));
+    ExpectThrowMsg<CQvInvalidValueException>(
+        [] { CBigInteger value(INFINITY); },
+        L"A CBigInteger cannot hold an infinite or NaN double.");
+    ExpectThrowMsg<CQvInvalidValueException>(
+        [] { CBigInteger value(std::nan("")); },
+        L"A CBigInteger cannot hold an infinite or NaN double.");
+}
+
+TEST(CBigInteger, Parse) {
+    struct Case {
+        const wchar_t* text;
+        const wchar_t* printed;
+    };
+
+    const Case cases[] = {
+        {L"123", L"123"},
+        {L"  -0042  ", L"-42"},
+        {L"+7", L"7"},
+        {L"\t\n 99 \r", L"99"},
+        {L"0000", L"0"},
+        {L"-0", L"0"},
+        {L"12.7", L"12"}, // a point sends it through CDecimal
+        {L"-12.7", L"-12"},
+        {L"1e3", L"1000"},
+        {L"1.5E2", L"150"},
+        {L"123456789012345678901234567890", L"123456789012345678901234567890"},
+        {L"-1000000000000000000", L"-1000000000000000000"},
+    };
+    for (const Case& tc : cases) {
+        SCOPED_TRACE(qvtest::Narrow(tc.text));
+        EXPECT_EQ(Big(tc.text).ToString(), tc.printed);
+        CBigInteger reused(99);
+        reused.Parse(tc.text);
+        EXPECT_EQ(reused.ToString(), tc.printed);
+    }
+
+    struct Bad {
+        const wchar_t* text;
+        int position;
+    };
+
+    const Bad bad[] = {
+        {L"", 0},  {L"abc", 0}, {L"12a", 2}, {L"1 2", 2},         {L"--5", 1}, {L"+", 1},
+        {L"-", 1}, {L"5-3", 1}, {L"1e", 2},  {L"1e999999999", 1}, {L"   ", 3}, {L"0x1F", 1},
+    };
+    for (const Bad& tc : bad) {
+        SCOPED_TRACE(qvtest::Narrow(tc.text));
+        ExpectThrowMsg<CQvInvalidValueException>(
+            [&] { Big(tc.text); },
+            L"The string representing a Decimal, contained an invalid char at position "
+                + std::to_wstring(tc.position) + L" [" + tc.text + L"].");
+    }
+    ExpectThrowMsg<CQvInvalidValueException>(
+        [] { CBigInteger value(static_cast<const wchar_t*>(nullptr)); },
+        L"The string representing a Decimal, contained an invalid char at position 0 [].");
+}
+
+TEST(CBigInteger, SignAndComparison) {
+    CBigInteger value(-17);
+    EXPECT_EQ(value.GetAbs().ToString(), L"17");
+    EXPECT_EQ(value.GetNegative().ToString(), L"17");
+    EXPECT_EQ((-value).ToString(), L"17");
+    EXPECT_EQ(value.ToString(), L"-17");
+    value.Abs();
+    EXPECT_EQ(value.ToString(), L"17");
+    value.Negate();
+    EXPECT_EQ(value.ToString(), L"-17");
+    EXPECT_EQ(CBigInteger(0).GetNegative().ToString(), L"0");
+    EXPECT_FALSE(CBigInteger(0).GetNegative().IsNegative());
+
+    struct Case {
+        const wchar_t* a;
+        const wchar_t* b;
+        int expected;
+    };
+
+    const Case cases[] = {
+        {L"0", L"-0", 0},
+        {L"5", L"5", 0},
+        {L"-5", L"5", -1},
+        {L"-5", L"-6", 1},
+        {L"1000000000", L"999999999", 1},
+        {L"-1000000000", L"-999999999", -1},
+        {L"123456789012345678901234567890", L"123456789012345678901234567891", -1},
+        {L"-1", L"0", -1},
+    };
+    for (const Case& tc : cases) {
+        SCOPED_TRACE(qvtest::Narrow(tc.a) + " vs " + qvtest::Narrow(tc.b));
+        const CBigInteger a = Big(tc.a), b = Big(tc.b);
+        EXPECT_EQ(a.CompareTo(b), tc.expected);
+        EXPECT_EQ(b.CompareTo(a), -tc.expected);
+        EXPECT_EQ(a == b, tc.expected == 0);
+        EXPECT_EQ(a != b, tc.expected != 0);
+        EXPECT_EQ(a < b, tc.expected < 0);
+        EXPECT_EQ(a > b, tc.expected > 0);
+        EXPECT_EQ(a <= b, tc.expected <= 0);
+        EXPECT_EQ(a >= b, tc.expected >= 0);
+    }
+}
+
+// Random operands within 64 bits, checked against __int128 arithmetic.
+TEST(CBigInteger, ArithmeticMatchesInt128) {
+    std::mt19937_64 rng(42);
+    for (int i = 0; i < 20000; ++i) {
+        const int bitsA = 1 + int(rng() % 63), bitsB = 1 + int(rng() % 63);
+        long long a = static_cast<long long>(rng() >> (64 - bitsA));
+        long long b = static_cast<long long>(rng() >> (64 - bitsB));
+        if (rng() % 2)
+            a = -a;
+        if (rng() % 2)
+            b = -b;
+        if (i % 500 == 0)
+            a = 0;
+        SCOPED_TRACE(std::to_string(a) + " op " + std::to_string(b));
+        const CBigInteger x(a), y(b);
+        const __int128 wa = a, wb = b;
+        ASSERT_EQ((x + y).ToString(), Int128Text(wa + wb));
+        ASSERT_EQ((x - y).ToString(), Int128Text(wa - wb));
+        ASSERT_EQ((x * y).ToString(), Int128Text(wa * wb));
+        if (b != 0) {
+            ASSERT_EQ((x / y).ToString(), Int128Text(wa / wb));
+            ASSERT_EQ((x % y).ToString(), Int128Text(wa % wb));
+        }
+        CBigInteger z = x;
+        z += y;
+        z -= y;
+        z *= y;
+        ASSERT_EQ(z.ToString(), Int128Text(wa * wb));
+        if (b != 0) {
+            z /= y;
+            ASSERT_EQ(z.ToString(), Int128Text(wa));
+            z %= y;
+            ASSERT_EQ(z.ToString(), Int128Text(wa % wb));
+        }
+        ASSERT_EQ(x.CompareTo(y), a < b ? -1 : (a > b ? 1 : 0));
+    }
+}
+
+// Operands of hundreds to thousands of digits: products against an independent schoolbook
+// multiplication, quotients through the division identity.
+TEST(CBigInteger, HugeOperands) {
+    std::mt19937_64 rng(2024);
+    for (int i = 0; i < 60; ++i) {
+        const size_t lenA = 1 + rng() % 1500, lenB = 1 + rng() % (i % 3 == 0 ? 40 : 1500);
+        const std::wstring da = RandomDigits(rng, lenA), db = RandomDigits(rng, lenB);
+        const bool negA = rng() % 2, negB = rng() % 2;
+        SCOPED_TRACE(std::to_string(lenA) + " x " + std::to_string(lenB));
+        const CBigInteger a = Big((negA ? L"-" : L"") + da), b = Big((negB ? L"-" : L"") + db);
+        const std::wstring product = MultiplyDigits(da, db);
+        ASSERT_EQ((a * b).ToString(), (negA != negB ? L"-" : L"") + product);
+        const CBigInteger q = a / b, r = a % b;
+        ASSERT_EQ(q * b + r, a);
+        ASSERT_TRUE(r.GetAbs() < b.GetAbs());
+        ASSERT_TRUE(r.IsZero() || r.IsNegative() == a.IsNegative());
+        ASSERT_EQ((a * b) / b, a);
+        ASSERT_TRUE(((a * b) % b).IsZero());
+        ASSERT_EQ((a + b) - b, a);
+    }
+    // (10^n - 1)^2 = 99..9800..01 exercises every carry.
+    for (unsigned n : {1u, 9u, 10u, 360u, 361u, 2000u}) {
+        SCOPED_TRACE(n);
+        const CBigInteger nines = CBigInteger::Pow10(n) - 1;
+        const std::wstring expected =
+            std::wstring(n - 1, L'9') + L"8" + std::wstring(n - 1, L'0') + L"1";
+        EXPECT_EQ((nines * nines).ToString(), expected);
+        EXPECT_EQ((nines * nines) / nines, nines);
+        EXPECT_EQ(((nines * nines) + nines) % (nines + 1), CBigInteger(0));
+    }
+}
+
+TEST(CBigInteger, DivisionByZeroAndConversions) {
+    struct Case {
+        const char* name;
+        std::function<void()> call;
+        const wchar_t* message;
+    };
+
+    const CBigInteger zero(L"0");
+    const Case cases[] = {
+        {"divide", [&] { CBigInteger(5) / zero; }, L"ERROR: Overflow in operator/."},
+        {"zero by zero", [&] { zero / zero; }, L"ERROR: Overflow in operator/."},
+        {"modulo", [&] { CBigInteger(5) % zero; }, L"ERROR: Overflow in operator%."},
+        {"divide assign", [&] { CBigInteger(5) /= zero; }, L"ERROR: Overflow in operator /=."},
+        {"modulo assign", [&] { CBigInteger(5) %= zero; }, L"ERROR: Overflow in operator%=."},
+        {"square root", [] { CBigInteger(-4).SquareRoot(); },
+         L"ERROR: Negative Number in function SquareRoot()."},
+        {"int above", [] { (void)static_cast<int>(Big(L"2147483648")); },
+         L"ERROR: Value out of bound of int."},
+        {"int below", [] { (void)static_cast<int>(Big(L"-2147483649")); },
+         L"ERROR: Value out of bound of int."},
+        {"int huge", [] { (void)static_cast<int>(CBigInteger::Pow10(40)); },
+         L"ERROR: Value out of bound of int."},
+        {"long long above", [] { (void)static_cast<long long>(Big(L"9223372036854775808")); },
+         L"ERROR: Value out of bound of LONGLONG."},
+        {"long long below", [] { (void)static_cast<long long>(Big(L"-9223372036854775809")); },
+         L"ERROR: Value out of bound of LONGLONG."},
+    };
+    for (const Case& tc : cases) {
+        SCOPED_TRACE(tc.name);
+        ExpectThrowMsg<CQvInvalidValueException>(tc.call, tc.message);
+    }
+    EXPECT_EQ(static_cast<int>(CBigInteger::MAX_LONG), INT_MAX);
+    EXPECT_EQ(static_cast<int>(CBigInteger::MIN_LONG), INT_MIN);
+    EXPECT_EQ(static_cast<long long>(CBigInteger::MAX_LONGLONG), LLONG_MAX);
+    EXPECT_EQ(static_cast<long long>(CBigInteger::MIN_LONGLONG), LLONG_MIN);
+    EXPECT_EQ(static_cast<int>(CBigInteger(0)), 0);
+}
+
+TEST(CBigInteger, SquareRoot) {
+    struct Case {
+        const wchar_t* value;
+        const wchar_t* root;
+    };
+
+    const Case cases[] = {
+        {L"0", L"0"},
+        {L"1", L"1"},
+        {L"2", L"1"},
+        {L"3", L"1"},
+        {L"4", L"2"},
+        {L"99", L"9"},
+        {L"100", L"10"},
+        {L"1000000000", L"31622"},
+        {L"1000000000000000000000000000000000000000", L"31622776601683793319"},
+        {L"152415787532388367501905199875019052100", L"12345678901234567890"},
+        {L"152415787532388367501905199875019052099", L"12345678901234567889"},
+        {L"999999999999999999999999999999999999999", L"31622776601683793319"},
+    };
+    for (const Case& tc : cases) {
+        SCOPED_TRACE(qvtest::Narrow(tc.value));
+        EXPECT_EQ(Big(tc.value).SquareRoot().ToString(), tc.root);
+    }
+    std::mt19937_64 rng(5);
+    for (int i = 0; i < 200; ++i) {
+        const CBigInteger n = Big(RandomDigits(rng, 1 + rng() % 300));
+        const CBigInteger r = n.SquareRoot();
+        ASSERT_TRUE(r * r <= n) << qvtest::Narrow(n.ToString());
+        ASSERT_TRUE((r + 1) * (r + 1) > n) << qvtest::Narrow(n.ToString());
+    }
+}
+
+// Hostile sizes finish in bounded time and memory or fail at once.
+TEST(CBigInteger, HostileInput) {
+    const std::wstring million(1000000, L'7');
+    const CBigInteger big = Big(million);
+    EXPECT_EQ(big.ToString(), million);
+    EXPECT_EQ((big + 1).ToString().back(), L'8');
+    EXPECT_TRUE(big > Big(million.substr(1)));
+    EXPECT_EQ((big / CBigInteger(7)).ToString(), std::wstring(1000000, L'1'));
+    ExpectThrowMsg<CQvInvalidValueException>(
+        [] { Big(L"1e999999999"); },
+        L"The string representing a Decimal, contained an invalid char at position 1 "
+        L"[1e999999999].");
+    ExpectThrowMsg<CQvInvalidValueException>(
+        [&] { Big(million + L"x"); },
+        L"The string representing a Decimal, contained an invalid char at position 1000000 ["
+            + million + L"x].");
+}
