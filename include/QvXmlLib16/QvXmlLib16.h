@@ -11,6 +11,10 @@
 //   CEncoder ................................... Encoder.h
 //   CBase64 .................................... Base64.h
 //   CBinaryData ................................ BinaryData.h
+//   CDateTime, DTType .......................... DateTime.h
+//   CDateTimeSpan .............................. DateTimeSpan.h
+//   CDecimal ................................... Decimal.h
+//   CBigInteger ................................ BigInteger.h
 //   EOLType, XmlEncoding ....................... XmlEncoding.h
 //   CTextStream, CFileTextStream ............... TextStream.h
 //   CBinaryStream, CFileBinaryStream ........... BinaryStream.h
@@ -30,9 +34,13 @@
 //   CXmlObjectHelper (TestRegEx) ............... XmlObjectHelper.h
 
 #include <QvXmlLib16/Base64.h>
+#include <QvXmlLib16/BigInteger.h>
 #include <QvXmlLib16/BinaryData.h>
 #include <QvXmlLib16/BinaryStream.h>
 #include <QvXmlLib16/ConvertUTF.h>
+#include <QvXmlLib16/DateTime.h>
+#include <QvXmlLib16/DateTimeSpan.h>
+#include <QvXmlLib16/Decimal.h>
 #include <QvXmlLib16/Encoder.h>
 #include <QvXmlLib16/ExpatReader.h>
 #include <QvXmlLib16/Export.h>
