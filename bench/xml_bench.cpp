@@ -1,0 +1,273 @@
+// The XML document layer on the purchase-order corpus: reading into the tree against bare expat,
+// what the tree costs in memory and to destroy, and writing it back as text.
+//
+// The corpus is generated on first use by shared/bench/gen_corpus.py into a temporary directory
+// (QVXML_BENCH_MB sets its size, 20 MB by default) and is never kept.
+
+// Bare expat is the reference, so this program sees expat's UTF-16 build directly.
+#define XML_UNICODE
+
+#include <QvXmlLib16/QvXmlLib16.h>
+
+#include <benchmark/benchmark.h>
+#include <expat.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <malloc.h>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+using namespace QvXmlLib16;
+
+namespace {
+
+bool IsDirectory(const std::string& path) {
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+std::string SharedDir() {
+    if (const char* fromEnv = std::getenv("QVXML_SHARED_DIR"))
+        return fromEnv;
+    if (IsDirectory("/work/shared"))
+        return "/work/shared";
+    // <repo>/bench/xml_bench.cpp -> <repo>/../shared
+    std::string repo = __FILE__;
+    repo = repo.substr(0, repo.rfind('/'));
+    repo = repo.substr(0, repo.rfind('/'));
+    return repo + "/../shared";
+}
+
+std::vector<unsigned char> ReadFile(const std::string& path) {
+    std::vector<unsigned char> bytes;
+    FILE* file = std::fopen(path.c_str(), "rb");
+    if (!file)
+        return bytes;
+    unsigned char chunk[1 << 16];
+    size_t n;
+    while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0)
+        bytes.insert(bytes.end(), chunk, chunk + n);
+    std::fclose(file);
+    return bytes;
+}
+
+std::vector<unsigned char> GenerateCorpus() {
+    char pattern[] = "/tmp/qvxml-bench-XXXXXX";
+    if (!mkdtemp(pattern))
+        throw std::runtime_error("cannot create a temporary directory");
+    const std::string dir = pattern;
+    const char* megabytes = std::getenv("QVXML_BENCH_MB");
+    const std::string command = "python3 '" + SharedDir() + "/bench/gen_corpus.py' '" + dir + "' "
+                                + (megabytes ? megabytes : "20") + " > /dev/null";
+    const int status = std::system(command.c_str());
+    std::vector<unsigned char> xml = ReadFile(dir + "/orders.xml");
+    std::system(("rm -rf '" + dir + "'").c_str());
+    if (status != 0 || xml.empty())
+        throw std::runtime_error("corpus generation failed: " + command);
+    return xml;
+}
+
+const std::vector<unsigned char>& Corpus() {
+    static const std::vector<unsigned char> corpus = GenerateCorpus();
+    return corpus;
+}
+
+// LoadXmlStream takes a non-const buffer but copies it.
+unsigned char* CorpusData() {
+    return const_cast<unsigned char*>(Corpus().data());
+}
+
+unsigned long CorpusSize() {
+    return static_cast<unsigned long>(Corpus().size());
+}
+
+std::unique_ptr<CXmlDocument> LoadCorpus() {
+    auto doc = std::make_unique<CXmlDocument>();
+    doc->LoadXmlStream(CorpusData(), CorpusSize());
+    return doc;
+}
+
+// Heap bytes in use, mmap'd blocks included (large buffers live there).
+size_t HeapInUse() {
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+struct TreeCounts {
+    size_t elements = 0;
+    size_t attributes = 0;
+};
+
+TreeCounts Count(const CXmlElement* root) {
+    TreeCounts counts;
+    std::vector<const CXmlElement*> pending{root};
+    while (!pending.empty()) {
+        const CXmlElement* e = pending.back();
+        pending.pop_back();
+        ++counts.elements;
+        counts.attributes += e->GetAttributes().size();
+        for (const CXmlElement* c = e->GetFirstElement(); c; c = c->GetNextSiblingElement())
+            pending.push_back(c);
+    }
+    return counts;
+}
+
+void WriteStartTag(const CXmlElement* e, CXmlTextWriter& writer) {
+    writer.WriteStartElement(e->GetLocalName(), e->GetNamespaceURI());
+    for (const CXmlAttribute* a : e->GetAttributes())
+        writer.WriteAttributeString(a->GetLocalName(), a->GetNamespaceURI(), a->GetValue(),
+                                    ItemType_string);
+}
+
+// Writes the tree back in document order without recursion. Text is written for leaves only:
+// a container's text is the indentation between its children, which the writer redoes.
+void WriteTree(const CXmlElement* root, CXmlTextWriter& writer) {
+    writer.SetDefaultNamespace(root->GetNamespaceURI());
+    writer.WriteStartDocument();
+    const CXmlElement* e = root;
+    int depth = 0;
+    while (e) {
+        WriteStartTag(e, writer);
+        if (const CXmlElement* child = e->GetFirstElement()) {
+            e = child;
+            ++depth;
+            continue;
+        }
+        writer.WriteString(e->GetText(), ItemType_string, false);
+        writer.WriteEndElement();
+        while (depth > 0 && !e->GetNextSiblingElement()) {
+            e = e->GetParentElement();
+            --depth;
+            writer.WriteEndElement();
+        }
+        e = depth > 0 ? e->GetNextSiblingElement() : nullptr;
+    }
+    writer.Close();
+}
+
+const CXmlDocument& LoadedCorpus() {
+    static const std::unique_ptr<CXmlDocument> doc = LoadCorpus();
+    return *doc;
+}
+
+// The size of the written document in UTF-8, the unit both writer benchmarks report in.
+int64_t WrittenUtf8Size() {
+    static const int64_t size = [] {
+        CTextStream stream(Encoding_UTF8);
+        CXmlTextWriter writer(stream);
+        WriteTree(LoadedCorpus().GetDocumentElement(), writer);
+        return static_cast<int64_t>(stream.GetEncodedStream().GetLength());
+    }();
+    return size;
+}
+
+void BM_LoadXmlStream(benchmark::State& state) {
+    CorpusData();
+    for (auto _ : state) {
+        std::unique_ptr<CXmlDocument> doc = LoadCorpus();
+        benchmark::DoNotOptimize(doc->GetDocumentElement());
+        state.PauseTiming();
+        doc.reset();
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(int64_t(state.iterations()) * CorpusSize());
+}
+
+void XMLCALL NoStart(void*, const XML_Char*, const XML_Char**) {}
+
+void XMLCALL NoEnd(void*, const XML_Char*) {}
+
+void XMLCALL NoText(void*, const XML_Char*, int) {}
+
+void XMLCALL NoNamespaceStart(void*, const XML_Char*, const XML_Char*) {}
+
+// The floor under LoadXmlStream: expat parsing the same bytes, set up as the reader sets it up,
+// with handlers that do nothing.
+void BM_BareExpat(benchmark::State& state) {
+    const char* data = reinterpret_cast<const char*>(CorpusData());
+    const int size = static_cast<int>(CorpusSize());
+    for (auto _ : state) {
+        XML_Parser parser = XML_ParserCreateNS(nullptr, '|');
+        XML_SetElementHandler(parser, NoStart, NoEnd);
+        XML_SetCharacterDataHandler(parser, NoText);
+        XML_SetNamespaceDeclHandler(parser, NoNamespaceStart, NoEnd);
+        if (XML_Parse(parser, data, size, 1) != XML_STATUS_OK)
+            state.SkipWithError("expat failed on the corpus");
+        XML_ParserFree(parser);
+    }
+    state.SetBytesProcessed(int64_t(state.iterations()) * size);
+}
+
+// Heap held by a loaded document per input byte. The document keeps its copy of the input, so
+// "tree" subtracts that one byte per byte.
+void BM_TreeMemory(benchmark::State& state) {
+    CorpusData();
+    size_t held = 0;
+    TreeCounts counts;
+    for (auto _ : state) {
+        const size_t before = HeapInUse();
+        std::unique_ptr<CXmlDocument> doc = LoadCorpus();
+        held = HeapInUse() - before;
+        counts = Count(doc->GetDocumentElement());
+    }
+    const double input = static_cast<double>(CorpusSize());
+    state.counters["held_per_input_byte"] = static_cast<double>(held) / input;
+    state.counters["tree_per_input_byte"] = (static_cast<double>(held) - input) / input;
+    state.counters["tree_bytes_per_node"] =
+        (static_cast<double>(held) - input)
+        / static_cast<double>(counts.elements + counts.attributes);
+    state.counters["elements"] = static_cast<double>(counts.elements);
+    state.counters["attributes"] = static_cast<double>(counts.attributes);
+}
+
+void BM_DestroyTree(benchmark::State& state) {
+    CorpusData();
+    size_t elements = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::unique_ptr<CXmlDocument> doc = LoadCorpus();
+        elements = Count(doc->GetDocumentElement()).elements;
+        state.ResumeTiming();
+        doc.reset();
+    }
+    state.counters["elements_per_second"] =
+        benchmark::Counter(static_cast<double>(elements) * static_cast<double>(state.iterations()),
+                           benchmark::Counter::kIsRate);
+}
+
+void BM_WriteTextStream(benchmark::State& state) {
+    const CXmlElement* root = LoadedCorpus().GetDocumentElement();
+    for (auto _ : state) {
+        CTextStream stream(Encoding_UTF8);
+        CXmlTextWriter writer(stream);
+        WriteTree(root, writer);
+        benchmark::DoNotOptimize(stream.GetLength());
+    }
+    state.SetBytesProcessed(int64_t(state.iterations()) * WrittenUtf8Size());
+}
+
+void BM_WriteUtf8(benchmark::State& state) {
+    const CXmlElement* root = LoadedCorpus().GetDocumentElement();
+    for (auto _ : state) {
+        CTextStream stream(Encoding_UTF8);
+        CXmlTextWriter writer(stream);
+        WriteTree(root, writer);
+        CBinaryData bytes = stream.GetEncodedStream();
+        benchmark::DoNotOptimize(bytes.GetLength());
+    }
+    state.SetBytesProcessed(int64_t(state.iterations()) * WrittenUtf8Size());
+}
+
+} // namespace
+
+BENCHMARK(BM_LoadXmlStream)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareExpat)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TreeMemory)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(BM_DestroyTree)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_WriteTextStream)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_WriteUtf8)->Unit(benchmark::kMillisecond);
