@@ -27,10 +27,29 @@ public:
     // Appends up to the first zero character, as the pointer form does.
     void Append(const std::wstring& s) { Append(s.c_str()); }
 
-    void Append(wchar_t c);
+    // Inline for the writers, which append a character or a short name at a time.
+    void Append(wchar_t c) {
+        if (m_position == m_lastCapacity) {
+            AppendRange(&c, 1);
+            return;
+        }
+        m_last[m_position++] = c;
+        m_last[m_position] = L'\0';
+        ++m_length;
+    }
 
     // count characters from s, zero characters included.
-    void Append(const wchar_t* s, unsigned long count) { AppendRange(s, count); }
+    void Append(const wchar_t* s, unsigned long count) {
+        if (count == 0 || count > 8 || m_lastCapacity - m_position < count) {
+            AppendRange(s, count);
+            return;
+        }
+        for (unsigned long i = 0; i < count; ++i)
+            m_last[m_position + i] = s[i];
+        m_position += count;
+        m_last[m_position] = L'\0';
+        m_length += count;
+    }
 
     void SetText(const wchar_t* s);
     // The whole text, owned by the buffer, valid until the next change.
@@ -41,6 +60,14 @@ public:
 
     // Number of blocks in the chain, for callers that tune the block size.
     size_t GetBlockCount() const { return m_blocks.size(); }
+
+    // Calls fn(const wchar_t* text, unsigned long count) for each block in order, so the text
+    // can be consumed without joining it first.
+    template <class Fn>
+    void ForEachBlock(Fn&& fn) const {
+        for (size_t i = 0; i < m_blocks.size(); ++i)
+            fn(m_blocks[i].get(), i + 1 < m_blocks.size() ? m_blockSizes[i] : m_position);
+    }
 
 private:
     void AddBlock(unsigned long capacity);

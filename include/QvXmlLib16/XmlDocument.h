@@ -65,14 +65,14 @@ public:
     void SetAlias(const std::wstring& prefix, const std::wstring& ns) { m_aliases[prefix] = ns; }
 
     // One shared string per distinct name, so large documents do not repeat them.
-    SharedName InternName(const wchar_t* text, size_t length) const;
+    detail::CSharedName InternName(const wchar_t* text, size_t length) const;
 
     void Parse();
     void ParseText();
 
 private:
     // A child of the open element, or the document element when none is open; pushed.
-    CXmlElement* StartElement(SharedName ns, SharedName localName);
+    CXmlElement* StartElement(detail::CSharedName ns, detail::CSharedName localName);
     void SetInput(const unsigned char* data, unsigned long size);
 
     std::unique_ptr<CXmlElement> m_documentElement;
@@ -84,7 +84,7 @@ private:
     unsigned m_schemaType = 0;
     ElementCompletedCallback m_callback = nullptr;
     const CSerializationContext* m_context;
-    mutable std::unordered_map<std::wstring, SharedName> m_names;
+    mutable std::unordered_map<std::wstring, detail::CSharedName> m_names;
     mutable std::wstring m_nameKey; // reused so a lookup does not allocate
 
     friend class CExpatReader;

@@ -3,6 +3,7 @@
 #include <QvXmlLib16/Export.h>
 #include <QvXmlLib16/InstanceMonitor.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,21 +13,39 @@ namespace QvXmlLib16 {
 class CXmlDocument;
 class CXmlElement;
 
-// Element and attribute names are shared between nodes: a document gives every node with the
-// same name the same string.
-using SharedName = std::shared_ptr<const std::wstring>;
+namespace detail {
+// One name string shared, with a count, by every node of a document that carries it.
+class CSharedName {
+public:
+    CSharedName() = default;
+    CSharedName(const wchar_t* text, size_t length);
+    CSharedName(const CSharedName& other);
+    CSharedName(CSharedName&& other) noexcept;
+    CSharedName& operator=(CSharedName other) noexcept;
+    ~CSharedName();
+
+    // The empty string for a null name.
+    const std::wstring& Get() const;
+
+    bool IsEmpty() const { return m_rep == nullptr; }
+
+private:
+    struct Rep;
+    Rep* m_rep = nullptr;
+};
+} // namespace detail
 
 class QVXML_API CXmlAttribute : public CInstanceMonitor {
 public:
     CXmlAttribute(const CXmlElement* owner, const std::wstring& localName,
                   const std::wstring& value, const std::wstring& ns);
-    CXmlAttribute(const CXmlElement* owner, SharedName localName, std::wstring value,
-                  SharedName ns);
+    ~CXmlAttribute();
+    CXmlAttribute(const CXmlAttribute&) = delete;
+    CXmlAttribute& operator=(const CXmlAttribute&) = delete;
 
     const std::wstring& GetNamespaceURI() const;
     const std::wstring& GetLocalName() const;
-
-    const std::wstring& GetValue() const { return m_value; }
+    std::wstring GetValue() const;
 
     const CXmlElement* GetOwner() const { return m_owner; }
 
@@ -37,15 +56,20 @@ public:
     bool IsNilAttribute() const;
 
 private:
+    friend class CXmlElement;
+    static detail::CSharedName NameFor(const CXmlElement* owner, const std::wstring& name);
+    CXmlAttribute(const CXmlElement* owner, detail::CSharedName localName, std::string value,
+                  detail::CSharedName ns);
+
     const CXmlElement* m_owner;
-    SharedName m_localName;
-    std::wstring m_value;
-    SharedName m_namespace;
+    detail::CSharedName m_localName;
+    detail::CSharedName m_namespace;
+    std::string m_value; // compact form, see GetValue
 };
 
 // One element of the tree: name, namespace, all its character data concatenated, attributes
 // in document order, and its children. Destroying an element destroys its subtree, without
-// recursion, however deep.
+// recursion, however deep. Text is held compactly and widened on each GetText().
 class QVXML_API CXmlElement : public CInstanceMonitor {
 public:
     CXmlElement(const CXmlDocument* document, const CXmlElement* parent);
@@ -60,14 +84,8 @@ public:
     void AppendText(const wchar_t* text);
     void SetElementName(const wchar_t* localName);
     void SetNamespace(const wchar_t* ns);
-
-    void SetElementName(SharedName localName) { m_localName = std::move(localName); }
-
-    void SetNamespace(SharedName ns) { m_namespace = std::move(ns); }
-
     CXmlAttribute* AddAttribute(const std::wstring& localName, const std::wstring& value,
                                 const std::wstring& ns);
-    CXmlAttribute* AddAttribute(SharedName localName, std::wstring value, SharedName ns);
 
     CXmlElement* GetFirstElement() const { return m_firstChild; }
 
@@ -79,11 +97,11 @@ public:
 
     const std::wstring& GetNamespaceURI() const;
     const std::wstring& GetLocalName() const;
+    std::wstring GetText() const;
 
-    const std::wstring& GetText() const { return m_text; }
+    bool HasText() const { return !m_text.empty(); }
 
-    const std::vector<CXmlAttribute*>& GetAttributes() const { return m_attributes; }
-
+    const std::vector<CXmlAttribute*>& GetAttributes() const;
     // The first attribute with this namespace and local name, or null.
     const CXmlAttribute* GetAttribute(const std::wstring& ns, const std::wstring& localName) const;
 
@@ -95,17 +113,23 @@ public:
     std::wstring GetXPath() const;
 
 private:
+    friend class CXmlAttribute;
+    friend class CXmlDocument;
+    friend class CExpatReader;
     void DestroyChildren();
+    detail::CSharedName MakeName(const wchar_t* text, size_t length) const;
+    CXmlAttribute* AddAttribute(detail::CSharedName localName, std::string value,
+                                detail::CSharedName ns);
 
     const CXmlDocument* m_document;
     const CXmlElement* m_parent;
     CXmlElement* m_nextSibling = nullptr;
     CXmlElement* m_firstChild = nullptr;
     CXmlElement* m_lastChild = nullptr;
-    std::vector<CXmlAttribute*> m_attributes;
-    std::wstring m_text;
-    SharedName m_localName;
-    SharedName m_namespace;
+    std::unique_ptr<std::vector<CXmlAttribute*>> m_attributes; // most elements have none
+    std::string m_text;                                        // compact form, see GetText
+    detail::CSharedName m_localName;
+    detail::CSharedName m_namespace;
 };
 
 } // namespace QvXmlLib16

@@ -43,6 +43,11 @@ public:
     void Open() override;
     // Closes the stream first, so it is closed even when an element is still open.
     void Close() override;
+    // Before the root: declared on the root. On an element whose start tag is open: declared
+    // there at once. Later they would go undeclared, so they throw CQvException "Attributes
+    // must be added before elements" like any attribute.
+    void SetDefaultNamespace(const std::wstring& ns) override;
+    void AddNamespace(const std::wstring& prefix, const std::wstring& ns) override;
     void WriteComment(const std::wstring& text) override;
     void WritePI(const std::wstring& text) override;
     void WriteInlineSchema(const std::wstring& text) override;
@@ -66,7 +71,12 @@ private:
     void PutRootDeclarations();
     void PutIndent(unsigned depth);
 
-    void PutLineEnd() { m_stream.Append(m_lineEnd); }
+    // Whole strings go in by length: names and values need no terminator scan.
+    void Put(const std::wstring& text) {
+        m_stream.Append(text.data(), static_cast<unsigned long>(text.size()));
+    }
+
+    void PutLineEnd() { Put(m_lineEnd); }
 
     void PutLineEndIfFormatted();
     void FlushCheck();

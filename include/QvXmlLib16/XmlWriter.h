@@ -6,6 +6,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace QvXmlLib16 {
 
@@ -48,6 +49,10 @@ public:
         std::wstring& GetNamespaceMapValue(const std::wstring& ns);
         std::wstring& GetNamespaceMapValue(const wchar_t* ns);
 
+        // Reuses a spare context for a new child element (no allocation per element).
+        void Reset(const std::wstring& localName, const std::wstring& ns,
+                   CXmlWriterContext* parent);
+
         unsigned m_childCount = 0;
         bool m_startTagOpen = true;
         unsigned m_depth = 0;
@@ -55,16 +60,22 @@ public:
         std::wstring m_localName;
         CXmlWriterContext* m_parent = nullptr;
         ContextState m_state = ContextState_Initial;
-        int m_writerData = 0; // the concrete writer's own per-element counter
+        int m_writerData = 0;  // the concrete writer's own per-element counter
+        std::wstring m_prefix; // what the element's name was written with, for its end tag
 
     private:
-        const CXmlWriterContext& Effective() const;
+        const CXmlWriterContext& Effective() const { return *m_effective; }
+
         void StopInheriting();
+        void ReleaseMap();
 
         std::wstring m_defaultNamespace;
         NamespaceMap* m_map = nullptr;
         bool m_inherits = true;
         bool m_ownsMap = false;
+        // The nearest context that does not inherit (this one when it does not). An ancestor
+        // cannot change its namespaces once it has a child, so the pointer stays right.
+        const CXmlWriterContext* m_effective = this;
     };
 
     // The namespace bound to the prefix xml.
@@ -114,6 +125,8 @@ protected:
 
     // Pushes a context for a new element: a root context before the first element.
     CXmlWriterContext& PushContext(const std::wstring& localName, const std::wstring& ns);
+    // Pushes the context and settles the element's prefix (stored in the context as m_prefix).
+    PrefixChoice EnterElement(const std::wstring& localName, const std::wstring& ns);
     // Pops the current context; its parent becomes current.
     void PopContext();
     // Element names: no prefix for no namespace or the default one; else the mapped prefix,
@@ -121,8 +134,6 @@ protected:
     PrefixChoice ElementPrefix(const std::wstring& ns);
     // Attribute names always carry a prefix when they have a namespace.
     PrefixChoice AttributePrefix(const std::wstring& ns);
-    // The prefix an open element was written with (for its end tag).
-    std::wstring PrefixOf(const CXmlWriterContext& context) const;
 
 private:
     PrefixChoice MappedOrGeneratedPrefix(const std::wstring& ns);
@@ -130,6 +141,7 @@ private:
     std::wstring m_defaultNamespace;
     CXmlWriterContext* m_current = nullptr;
     NamespaceMap m_namespaceMap;
+    std::vector<CXmlWriterContext*> m_spareContexts;
 };
 
 } // namespace QvXmlLib16

@@ -1,5 +1,6 @@
 #include <QvXmlLib16/ConvertUTF.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -177,26 +178,34 @@ unsigned long ConvertUTF32toUTF8(const wchar_t* source, const wchar_t* sourceEnd
                                  unsigned char* target, unsigned char* targetEnd) {
     unsigned long written = 0;
     const bool counting = target == nullptr;
-    for (; source < sourceEnd; ++source) {
-        const unsigned long ch = static_cast<std::uint32_t>(*source);
-        if (ch < 0x80 && !counting && target < targetEnd) {
-            *target++ = static_cast<unsigned char>(ch);
-            ++written;
-            continue;
+    while (source < sourceEnd) {
+        // Runs of ASCII are a plain narrowing copy.
+        const wchar_t* run = source;
+        const wchar_t* stop =
+            counting ? sourceEnd : run + std::min<size_t>(sourceEnd - run, targetEnd - target);
+        if (counting) {
+            while (run < stop && static_cast<std::uint32_t>(*run) < 0x80)
+                ++run;
+        } else {
+            while (run < stop && static_cast<std::uint32_t>(*run) < 0x80)
+                *target++ = static_cast<unsigned char>(*run++);
         }
+        written += static_cast<unsigned long>(run - source);
+        source = run;
+        if (source == sourceEnd)
+            break;
+        const unsigned long ch = static_cast<std::uint32_t>(*source);
         const int length = UTF8Length(ch);
         if (length == 0)
             return counting ? 0 : written;
         if (!counting) {
             if (targetEnd - target < length)
                 return written;
-            if (length == 1)
-                *target = static_cast<unsigned char>(ch);
-            else
-                EncodeUTF8(ch, length, target);
+            EncodeUTF8(ch, length, target);
             target += length;
         }
         written += static_cast<unsigned long>(length);
+        ++source;
     }
     return written;
 }

@@ -23,9 +23,12 @@ CStringBuffer::~CStringBuffer() {
     Clear();
 }
 
+// Blocks get one character more than their capacity, and the character after the last one
+// written is kept zero, so the last block always reads as a terminated string. (Zeroing whole
+// blocks up front would cost a pass over every byte the writers produce.)
 void CStringBuffer::AddBlock(unsigned long capacity) {
-    // One extra zeroed character keeps the last block terminated.
-    m_blocks.emplace_back(new wchar_t[capacity + 1]());
+    m_blocks.emplace_back(new wchar_t[capacity + 1]);
+    m_blocks.back()[0] = L'\0';
     m_blockSizes.push_back(capacity);
     m_last = m_blocks.back().get();
     m_lastCapacity = capacity;
@@ -40,6 +43,7 @@ void CStringBuffer::AppendRange(const wchar_t* s, size_t count) {
         const size_t chunk = std::min<size_t>(count, m_lastCapacity - m_position);
         std::wmemcpy(m_last + m_position, s, chunk);
         m_position += chunk;
+        m_last[m_position] = L'\0';
         s += chunk;
         count -= chunk;
     }
@@ -48,13 +52,6 @@ void CStringBuffer::AppendRange(const wchar_t* s, size_t count) {
 void CStringBuffer::Append(const wchar_t* s) {
     if (s)
         AppendRange(s, std::wcslen(s));
-}
-
-void CStringBuffer::Append(wchar_t c) {
-    if (m_position == m_lastCapacity)
-        AddBlock(m_blockCapacity);
-    m_last[m_position++] = c;
-    ++m_length;
 }
 
 void CStringBuffer::SetText(const wchar_t* s) {
@@ -89,7 +86,7 @@ void CStringBuffer::Empty() {
         Clear();
         return;
     }
-    std::wmemset(m_last, L'\0', m_lastCapacity + 1);
+    m_last[0] = L'\0';
     m_position = 0;
     m_length = 0;
 }

@@ -1,5 +1,6 @@
 // The only file that sees expat. Its UTF-16 build has 16-bit XML_Char.
 #define XML_UNICODE
+#include "xml/CompactText.h"
 #include "xml/XmlMessages.h"
 
 #include <QvXmlLib16/ExpatReader.h>
@@ -12,8 +13,10 @@
 #include <expat.h>
 
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 static_assert(sizeof(XML_Char) == 2, "the reader needs expat's UTF-16 build");
@@ -78,20 +81,48 @@ struct CExpatReader::Impl {
 
     bool NoNamespaces() const { return document.m_schemaType == SchemaType_NoNamespaces; }
 
-    // name -> (namespace, local name). With namespace processing expat gives "uri|local":
-    // split at the last '|', since a URI may hold one and a local name cannot. Without it the
-    // name arrives whole and the part after the last ':' is the local name.
-    void SplitName(const XML_Char* raw, SharedName& ns, SharedName& local) {
-        Widen(raw, Length(raw), nameBuffer);
+    using Names = std::pair<detail::CSharedName, detail::CSharedName>; // namespace, local
+
+    // A document uses few distinct names many times: a small direct-mapped cache of raw name
+    // -> split names saves widening, splitting and interning them again.
+    struct CachedName {
+        std::u16string raw;
+        Names names;
+    };
+
+    static constexpr size_t kNameCacheSize = 256;
+
+    const Names& SplitName(const XML_Char* raw) {
+        size_t length = 0;
+        std::uint32_t hash = 2166136261u; // FNV-1a
+        for (; raw[length]; ++length)
+            hash = (hash ^ raw[length]) * 16777619u;
+        CachedName& slot = nameCache[hash % kNameCacheSize];
+        const char16_t* units = reinterpret_cast<const char16_t*>(raw);
+        if (slot.raw.size() != length || slot.raw.compare(0, length, units, length) != 0) {
+            slot.raw.assign(units, length);
+            slot.names = Split(raw, length);
+        }
+        return slot.names;
+    }
+
+    // With namespace processing expat gives "uri|local": split at the last '|', since a URI
+    // may hold one and a local name cannot. Without it the name arrives whole and the part
+    // after the last ':' is the local name.
+    Names Split(const XML_Char* raw, size_t length) {
+        Widen(raw, length, nameBuffer);
         const wchar_t separator = NoNamespaces() ? L':' : L'|';
         const size_t cut = nameBuffer.rfind(separator);
+        Names split;
         if (cut == std::wstring::npos) {
-            ns = nullptr;
-            local = document.InternName(nameBuffer.data(), nameBuffer.size());
-            return;
+            split.second = document.InternName(nameBuffer.data(), nameBuffer.size());
+        } else {
+            if (!NoNamespaces())
+                split.first = document.InternName(nameBuffer.data(), cut);
+            split.second =
+                document.InternName(nameBuffer.data() + cut + 1, nameBuffer.size() - cut - 1);
         }
-        ns = NoNamespaces() ? nullptr : document.InternName(nameBuffer.data(), cut);
-        local = document.InternName(nameBuffer.data() + cut + 1, nameBuffer.size() - cut - 1);
+        return split;
     }
 
     // Without namespace processing, xmlns and xmlns:p attributes are declarations.
@@ -109,25 +140,25 @@ struct CExpatReader::Impl {
     }
 
     void StartElement(const XML_Char* name, const XML_Char** attributes) {
-        SharedName ns, local;
-        SplitName(name, ns, local);
-        CXmlElement* element = document.StartElement(std::move(ns), std::move(local));
+        const Names& names = SplitName(name);
+        CXmlElement* element = document.StartElement(names.first, names.second);
         for (const XML_Char** a = attributes; a && *a; a += 2) {
             if (RecordIfDeclaration(a[0], a[1]))
                 continue;
-            SharedName attributeNs, attributeName;
-            SplitName(a[0], attributeNs, attributeName);
-            element->AddAttribute(std::move(attributeName), Widen(a[1]), std::move(attributeNs));
+            const Names& attribute = SplitName(a[0]);
+            std::string value;
+            const char16_t* raw = reinterpret_cast<const char16_t*>(a[1]);
+            detail::AppendUtf16(value, raw, Length(a[1]), false);
+            element->AddAttribute(attribute.second, std::move(value), attribute.first);
         }
     }
 
+    // Straight from UTF-16 into the element's compact text.
     void Text(const XML_Char* s, int length) {
         CXmlElement* element = document.GetOpenElement();
-        if (!element || length <= 0)
-            return;
-        Widen(s, static_cast<size_t>(length), textBuffer);
-        document.AppendTextExcludingCR(element, textBuffer.data(),
-                                       static_cast<unsigned long>(textBuffer.size()));
+        if (element && length > 0)
+            detail::AppendUtf16(element->m_text, reinterpret_cast<const char16_t*>(s),
+                                static_cast<size_t>(length), true);
     }
 
     void AppendMarker(const wchar_t* marker) {
@@ -163,8 +194,8 @@ struct CExpatReader::Impl {
 
     CXmlDocument& document;
     XML_Parser parser = nullptr;
-    std::wstring nameBuffer; // reused across callbacks: no allocation per name
-    std::wstring textBuffer;
+    std::vector<CachedName> nameCache = std::vector<CachedName>(kNameCacheSize);
+    std::wstring nameBuffer;
 };
 
 CExpatReader::CExpatReader(CXmlDocument& document)
@@ -176,7 +207,6 @@ CExpatReader::~CExpatReader() = default;
 void CExpatReader::CreateParser() {
     Impl& impl = *m_impl;
     impl.FreeParser();
-    impl.textBuffer.reserve(256);
     // Text converted from wide characters is UTF-8 whatever its declaration names.
     static const XML_Char kUtf8[] = {'U', 'T', 'F', '-', '8', 0};
     const XML_Char* encoding = impl.document.m_inputIsUtf8 ? kUtf8 : nullptr;
@@ -218,7 +248,7 @@ void CExpatReader::Parse(bool freeParser) {
 }
 
 void CExpatReader::Cleanup() {
-    std::wstring().swap(m_impl->textBuffer);
+    m_impl->nameCache.assign(Impl::kNameCacheSize, Impl::CachedName());
     std::wstring().swap(m_impl->nameBuffer);
 }
 

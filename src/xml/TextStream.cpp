@@ -1,12 +1,15 @@
 #include "xml/FileOutput.h"
 #include "xml/XmlMessages.h"
 
-#include <QvXmlLib16/Encoder.h>
+#include <QvXmlLib16/ConvertUTF.h>
 #include <QvXmlLib16/Format.h>
 #include <QvXmlLib16/QvException.h>
 #include <QvXmlLib16/TextStream.h>
 
 #include <cstring>
+#include <cwchar>
+#include <utility>
+#include <vector>
 
 namespace QvXmlLib16 {
 
@@ -24,6 +27,34 @@ CBinaryData ByteWiseUnits(const wchar_t* text, unsigned long length) {
         std::memcpy(out + 2 * i, &unit, 2);
     }
     return CBinaryData(out, 2 * length, true);
+}
+
+// The same bytes as CEncoder::UnicodeToUtf8Binary(GetText()) - the text ends at its first NUL
+// and a surrogate anywhere leaves nothing - without joining the blocks into one copy first.
+CBinaryData Utf8FromBlocks(const CStringBuffer& buffer) {
+    std::vector<std::pair<const wchar_t*, unsigned long>> pieces;
+    unsigned long size = 0;
+    bool ended = false, surrogate = false;
+    buffer.ForEachBlock([&](const wchar_t* text, unsigned long count) {
+        if (ended)
+            return;
+        if (const wchar_t* nul = std::wmemchr(text, L'\0', count)) {
+            count = static_cast<unsigned long>(nul - text);
+            ended = true;
+        }
+        const unsigned long bytes = UnicodeToUTF8(text, count, nullptr, 0);
+        if (bytes == 0 && count > 0)
+            surrogate = ended = true;
+        size += bytes;
+        pieces.emplace_back(text, count);
+    });
+    if (surrogate || size == 0)
+        return CBinaryData();
+    unsigned char* out = new unsigned char[size];
+    unsigned long written = 0;
+    for (const auto& [text, count] : pieces)
+        written += UnicodeToUTF8(text, count, out + written, size - written);
+    return CBinaryData(out, written, true);
 }
 
 } // namespace
@@ -44,7 +75,7 @@ CTextStream::~CTextStream() = default;
 
 CBinaryData CTextStream::GetEncodedStream() {
     switch (m_encoding) {
-    case Encoding_UTF8: return CEncoder::UnicodeToUtf8Binary(GetText());
+    case Encoding_UTF8: return Utf8FromBlocks(m_buffer);
     case Encoding_UTF16: {
         const unsigned long length = GetLength();
         return ByteWiseUnits(GetText(), length);

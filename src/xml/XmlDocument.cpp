@@ -1,3 +1,4 @@
+#include "xml/CompactText.h"
 #include "xml/XmlMessages.h"
 
 #include <QvXmlLib16/ConvertUTF.h>
@@ -125,10 +126,21 @@ void CXmlDocument::Parse() {
 void CXmlDocument::ParseText() {
     CExpatReader reader(*this);
     reader.CreateParser();
+
+    // The input is not needed once the tree holds it; drop it on every path.
+    struct DropInput {
+        CXmlDocument& document;
+
+        ~DropInput() {
+            document.m_input.reset();
+            document.m_inputLength = 0;
+        }
+    } dropInput{*this};
+
     reader.Parse(true);
 }
 
-CXmlElement* CXmlDocument::StartElement(SharedName ns, SharedName localName) {
+CXmlElement* CXmlDocument::StartElement(detail::CSharedName ns, detail::CSharedName localName) {
     CXmlElement* parent = GetOpenElement();
     CXmlElement* element;
     if (parent) {
@@ -138,8 +150,8 @@ CXmlElement* CXmlDocument::StartElement(SharedName ns, SharedName localName) {
         m_documentElement.reset(new CXmlElement(this, nullptr));
         element = m_documentElement.get();
     }
-    element->SetNamespace(std::move(ns));
-    element->SetElementName(std::move(localName));
+    element->m_namespace = std::move(ns);
+    element->m_localName = std::move(localName);
     m_openElements.push_back(element);
     return element;
 }
@@ -160,18 +172,8 @@ void CXmlDocument::AddElementAttribute(CXmlElement* element, const std::wstring&
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const wchar_t* text,
                                          unsigned long length) {
-    if (!element || !text)
-        return;
-    const wchar_t* end = text + length;
-    const wchar_t* run = text;
-    const wchar_t* p = text;
-    for (; p < end && *p; ++p) {
-        if (*p == L'\r') {
-            element->AppendText(run, static_cast<int>(p - run));
-            run = p + 1;
-        }
-    }
-    element->AppendText(run, static_cast<int>(p - run));
+    if (element && text)
+        detail::AppendWide(element->m_text, text, length, true);
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const wchar_t* text) {
@@ -209,13 +211,13 @@ std::wstring CXmlDocument::LookupNamespaceFromAlias(const wchar_t* alias) const 
     return it == m_aliases.end() ? std::wstring() : it->second;
 }
 
-SharedName CXmlDocument::InternName(const wchar_t* text, size_t length) const {
-    if (length == 0)
-        return nullptr;
+detail::CSharedName CXmlDocument::InternName(const wchar_t* text, size_t length) const {
+    if (!text || length == 0)
+        return detail::CSharedName();
     m_nameKey.assign(text, length);
     auto it = m_names.find(m_nameKey);
     if (it == m_names.end())
-        it = m_names.emplace(m_nameKey, std::make_shared<const std::wstring>(m_nameKey)).first;
+        it = m_names.emplace(m_nameKey, detail::CSharedName(text, length)).first;
     return it->second;
 }
 

@@ -1,62 +1,100 @@
+#include "xml/CompactText.h"
+
 #include <QvXmlLib16/Namespaces.h>
 #include <QvXmlLib16/XmlDocument.h>
 #include <QvXmlLib16/XmlElement.h>
 
+#include <atomic>
 #include <cwchar>
 
 namespace QvXmlLib16 {
 
 namespace {
-
 const std::wstring kEmpty;
-
-const std::wstring& NameOrEmpty(const SharedName& name) {
-    return name ? *name : kEmpty;
-}
-
-// Through the element's document when it has one, so equal names share one string.
-SharedName MakeName(const CXmlElement* element, const wchar_t* text, size_t length) {
-    if (length == 0)
-        return nullptr;
-    if (element && element->GetDocument())
-        return element->GetDocument()->InternName(text, length);
-    return std::make_shared<const std::wstring>(text, length);
-}
-
-SharedName MakeName(const CXmlElement* element, const std::wstring& text) {
-    return MakeName(element, text.data(), text.size());
-}
-
+const std::vector<CXmlAttribute*> kNoAttributes;
 } // namespace
+
+// ---- CSharedName ----
+
+namespace detail {
+
+struct CSharedName::Rep {
+    std::atomic<long> references{1};
+    std::wstring text;
+};
+
+CSharedName::CSharedName(const wchar_t* text, size_t length) {
+    if (length > 0) {
+        m_rep = new Rep();
+        m_rep->text.assign(text, length);
+    }
+}
+
+CSharedName::CSharedName(const CSharedName& other) : m_rep(other.m_rep) {
+    if (m_rep)
+        m_rep->references.fetch_add(1, std::memory_order_relaxed);
+}
+
+CSharedName::CSharedName(CSharedName&& other) noexcept : m_rep(other.m_rep) {
+    other.m_rep = nullptr;
+}
+
+CSharedName& CSharedName::operator=(CSharedName other) noexcept {
+    std::swap(m_rep, other.m_rep);
+    return *this;
+}
+
+CSharedName::~CSharedName() {
+    if (m_rep && m_rep->references.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        delete m_rep;
+}
+
+const std::wstring& CSharedName::Get() const {
+    return m_rep ? m_rep->text : kEmpty;
+}
+
+} // namespace detail
 
 // ---- CXmlAttribute ----
 
 CXmlAttribute::CXmlAttribute(const CXmlElement* owner, const std::wstring& localName,
                              const std::wstring& value, const std::wstring& ns)
-    : CXmlAttribute(owner, MakeName(owner, localName), value, MakeName(owner, ns)) {}
+    : CXmlAttribute(owner, NameFor(owner, localName), detail::Compact(value.data(), value.size()),
+                    NameFor(owner, ns)) {}
 
-CXmlAttribute::CXmlAttribute(const CXmlElement* owner, SharedName localName, std::wstring value,
-                             SharedName ns)
+detail::CSharedName CXmlAttribute::NameFor(const CXmlElement* owner, const std::wstring& name) {
+    return owner ? owner->MakeName(name.data(), name.size())
+                 : detail::CSharedName(name.data(), name.size());
+}
+
+CXmlAttribute::CXmlAttribute(const CXmlElement* owner, detail::CSharedName localName,
+                             std::string value, detail::CSharedName ns)
     : CInstanceMonitor(L"CXmlAttribute"),
       m_owner(owner),
       m_localName(std::move(localName)),
-      m_value(std::move(value)),
-      m_namespace(std::move(ns)) {}
+      m_namespace(std::move(ns)),
+      m_value(std::move(value)) {}
+
+CXmlAttribute::~CXmlAttribute() = default;
 
 const std::wstring& CXmlAttribute::GetNamespaceURI() const {
-    return NameOrEmpty(m_namespace);
+    return m_namespace.Get();
 }
 
 const std::wstring& CXmlAttribute::GetLocalName() const {
-    return NameOrEmpty(m_localName);
+    return m_localName.Get();
+}
+
+std::wstring CXmlAttribute::GetValue() const {
+    return detail::Expand(m_value);
 }
 
 std::wstring CXmlAttribute::GetXPath() const {
     std::wstring path = m_owner ? m_owner->GetXPath() : std::wstring();
     path += L"/@";
     const CXmlDocument* document = m_owner ? m_owner->GetDocument() : nullptr;
-    if (document && m_namespace) {
-        const std::wstring prefix = document->LookupAliasFromNamespace(m_namespace->c_str());
+    if (document && !m_namespace.IsEmpty()) {
+        const std::wstring prefix = document->LookupAliasFromNamespace(GetNamespaceURI().c_str());
         if (!prefix.empty())
             path.append(prefix).append(1, L':');
     }
@@ -85,8 +123,10 @@ CXmlElement::CXmlElement(const CXmlDocument* document, const CXmlElement* parent
 
 CXmlElement::~CXmlElement() {
     DestroyChildren();
-    for (CXmlAttribute* attribute : m_attributes)
-        delete attribute;
+    if (m_attributes) {
+        for (CXmlAttribute* attribute : *m_attributes)
+            delete attribute;
+    }
 }
 
 // Children are unlinked onto an explicit stack before they are deleted, so no destructor ever
@@ -111,6 +151,13 @@ void CXmlElement::DestroyChildren() {
         detachChildren(element);
         delete element;
     }
+}
+
+// Through the document when there is one, so equal names share one string.
+detail::CSharedName CXmlElement::MakeName(const wchar_t* text, size_t length) const {
+    if (m_document)
+        return m_document->InternName(text, length);
+    return detail::CSharedName(text, length);
 }
 
 CXmlElement* CXmlElement::CreateNewChildElement() {
@@ -140,13 +187,8 @@ CXmlElement* CXmlElement::RemoveLastChildElement() {
 }
 
 void CXmlElement::AppendText(const wchar_t* text, int length) {
-    if (!text || length <= 0)
-        return;
-    // Geometric growth keeps text that arrives in many small pieces linear overall.
-    const size_t needed = m_text.size() + static_cast<size_t>(length);
-    if (!m_text.empty() && needed > m_text.capacity())
-        m_text.reserve(std::max(2 * m_text.capacity(), needed));
-    m_text.append(text, static_cast<size_t>(length));
+    if (text && length > 0)
+        detail::AppendWide(m_text, text, static_cast<size_t>(length), false);
 }
 
 void CXmlElement::AppendText(const wchar_t* text) {
@@ -154,37 +196,49 @@ void CXmlElement::AppendText(const wchar_t* text) {
         AppendText(text, static_cast<int>(std::wcslen(text)));
 }
 
+std::wstring CXmlElement::GetText() const {
+    return detail::Expand(m_text);
+}
+
 void CXmlElement::SetElementName(const wchar_t* localName) {
-    m_localName =
-        MakeName(this, localName ? localName : L"", localName ? std::wcslen(localName) : 0);
+    m_localName = MakeName(localName, localName ? std::wcslen(localName) : 0);
 }
 
 void CXmlElement::SetNamespace(const wchar_t* ns) {
-    m_namespace = MakeName(this, ns ? ns : L"", ns ? std::wcslen(ns) : 0);
+    m_namespace = MakeName(ns, ns ? std::wcslen(ns) : 0);
 }
 
 CXmlAttribute* CXmlElement::AddAttribute(const std::wstring& localName, const std::wstring& value,
                                          const std::wstring& ns) {
-    return AddAttribute(MakeName(this, localName), value, MakeName(this, ns));
+    return AddAttribute(MakeName(localName.data(), localName.size()),
+                        detail::Compact(value.data(), value.size()),
+                        MakeName(ns.data(), ns.size()));
 }
 
-CXmlAttribute* CXmlElement::AddAttribute(SharedName localName, std::wstring value, SharedName ns) {
-    m_attributes.push_back(
+CXmlAttribute* CXmlElement::AddAttribute(detail::CSharedName localName, std::string value,
+                                         detail::CSharedName ns) {
+    if (!m_attributes)
+        m_attributes.reset(new std::vector<CXmlAttribute*>());
+    m_attributes->push_back(
         new CXmlAttribute(this, std::move(localName), std::move(value), std::move(ns)));
-    return m_attributes.back();
+    return m_attributes->back();
+}
+
+const std::vector<CXmlAttribute*>& CXmlElement::GetAttributes() const {
+    return m_attributes ? *m_attributes : kNoAttributes;
 }
 
 const std::wstring& CXmlElement::GetNamespaceURI() const {
-    return NameOrEmpty(m_namespace);
+    return m_namespace.Get();
 }
 
 const std::wstring& CXmlElement::GetLocalName() const {
-    return NameOrEmpty(m_localName);
+    return m_localName.Get();
 }
 
 const CXmlAttribute* CXmlElement::GetAttribute(const std::wstring& ns,
                                                const std::wstring& localName) const {
-    for (const CXmlAttribute* attribute : m_attributes) {
+    for (const CXmlAttribute* attribute : GetAttributes()) {
         if (attribute->GetLocalName() == localName && attribute->GetNamespaceURI() == ns)
             return attribute;
     }
@@ -192,8 +246,8 @@ const CXmlAttribute* CXmlElement::GetAttribute(const std::wstring& ns,
 }
 
 std::wstring CXmlElement::GetQName() const {
-    if (m_namespace && m_document) {
-        const std::wstring prefix = m_document->LookupAliasFromNamespace(m_namespace->c_str());
+    if (!m_namespace.IsEmpty() && m_document) {
+        const std::wstring prefix = m_document->LookupAliasFromNamespace(GetNamespaceURI().c_str());
         if (!prefix.empty())
             return prefix + L':' + GetLocalName();
     }

@@ -44,7 +44,7 @@ void CXmlTextWriter::PutLineEndIfFormatted() {
 
 void CXmlTextWriter::PutIndent(unsigned depth) {
     for (unsigned i = 0; i < depth; ++i)
-        m_stream.Append(m_indentChars);
+        Put(m_indentChars);
 }
 
 void CXmlTextWriter::Open() {
@@ -54,6 +54,24 @@ void CXmlTextWriter::Open() {
 void CXmlTextWriter::Close() {
     m_stream.Close();
     CXmlWriter::Close();
+}
+
+void CXmlTextWriter::SetDefaultNamespace(const std::wstring& ns) {
+    if (GetCurrentContext()) {
+        OpenStartTag();
+        PutNamespaceDeclaration(std::wstring(), ns);
+    }
+    CXmlWriter::SetDefaultNamespace(ns);
+}
+
+void CXmlTextWriter::AddNamespace(const std::wstring& prefix, const std::wstring& ns) {
+    // An empty prefix binds nothing: such an entry is never used to name anything.
+    if (GetCurrentContext()) {
+        OpenStartTag();
+        if (!prefix.empty())
+            PutNamespaceDeclaration(prefix, ns);
+    }
+    CXmlWriter::AddNamespace(prefix, ns);
 }
 
 void CXmlTextWriter::WriteStartDocument() {
@@ -96,7 +114,7 @@ void CXmlTextWriter::PutNamespaceDeclaration(const std::wstring& prefix, const s
     m_stream.Append(L" xmlns");
     if (!prefix.empty()) {
         m_stream.Append(L':');
-        m_stream.Append(prefix);
+        Put(prefix);
     }
     m_stream.Append(L"=\"");
     PadAndAppend(ns.c_str(), true);
@@ -117,16 +135,15 @@ void CXmlTextWriter::PutRootDeclarations() {
 void CXmlTextWriter::WriteStartElement(const std::wstring& localName, const std::wstring& ns) {
     CloseParentElm();
     const bool isRoot = GetCurrentContext() == nullptr;
-    CXmlWriterContext& context = PushContext(localName, ns);
+    const PrefixChoice choice = EnterElement(localName, ns);
     if (m_format)
-        PutIndent(context.m_depth);
+        PutIndent(GetCurrentContext()->m_depth);
     m_stream.Append(L'<');
-    const PrefixChoice choice = ElementPrefix(ns);
     if (!choice.prefix.empty()) {
-        m_stream.Append(choice.prefix);
+        Put(choice.prefix);
         m_stream.Append(L':');
     }
-    m_stream.Append(localName);
+    Put(localName);
     if (choice.declare)
         PutNamespaceDeclaration(choice.prefix, ns);
     if (isRoot)
@@ -152,15 +169,15 @@ void CXmlTextWriter::WriteAttributeString(const std::wstring& localName, const s
         const PrefixChoice choice = AttributePrefix(ns);
         if (choice.declare) {
             m_stream.Append(L"xmlns:");
-            m_stream.Append(choice.prefix);
+            Put(choice.prefix);
             m_stream.Append(L"=\"");
             PadAndAppend(ns.c_str(), true);
             m_stream.Append(L"\" ");
         }
-        m_stream.Append(choice.prefix);
+        Put(choice.prefix);
         m_stream.Append(L':');
     }
-    m_stream.Append(localName);
+    Put(localName);
     m_stream.Append(L"=\"");
     PadAndAppend(value.c_str(), true);
     m_stream.Append(L'"');
@@ -215,12 +232,11 @@ void CXmlTextWriter::WriteEndElement() {
         if (m_format && context->m_childCount > 0)
             PutIndent(context->m_depth);
         m_stream.Append(L"</");
-        const std::wstring prefix = PrefixOf(*context);
-        if (!prefix.empty()) {
-            m_stream.Append(prefix);
+        if (!context->m_prefix.empty()) {
+            Put(context->m_prefix);
             m_stream.Append(L':');
         }
-        m_stream.Append(context->m_localName);
+        Put(context->m_localName);
         m_stream.Append(L'>');
     }
     PutLineEndIfFormatted();

@@ -16,7 +16,8 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::wstring& localName,
       m_depth(parent ? parent->m_depth + 1 : 0),
       m_namespaceUri(ns),
       m_localName(localName),
-      m_parent(parent) {
+      m_parent(parent),
+      m_effective(parent ? parent->m_effective : this) {
     if (!parent) {
         // Nothing to inherit from: start with an empty map of our own.
         m_map = new NamespaceMap();
@@ -39,9 +40,32 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::wstring& localName,
       m_inherits(false),
       m_ownsMap(true) {}
 
-CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
+void CXmlWriter::CXmlWriterContext::Reset(const std::wstring& localName, const std::wstring& ns,
+                                          CXmlWriterContext* parent) {
+    ReleaseMap();
+    m_childCount = 0;
+    m_startTagOpen = true;
+    m_depth = parent->m_depth + 1;
+    m_namespaceUri.assign(ns);
+    m_localName.assign(localName);
+    m_parent = parent;
+    m_state = ContextState_Initial;
+    m_writerData = 0;
+    m_prefix.clear();
+    m_defaultNamespace.clear();
+    m_inherits = true;
+    m_effective = parent->m_effective;
+}
+
+void CXmlWriter::CXmlWriterContext::ReleaseMap() {
     if (m_ownsMap)
         delete m_map;
+    m_map = nullptr;
+    m_ownsMap = false;
+}
+
+CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
+    ReleaseMap();
     // The chain above goes too; a loop, so a deep chain costs no stack.
     CXmlWriterContext* parent = m_parent;
     while (parent) {
@@ -50,13 +74,6 @@ CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
         delete parent;
         parent = next;
     }
-}
-
-const CXmlWriter::CXmlWriterContext& CXmlWriter::CXmlWriterContext::Effective() const {
-    const CXmlWriterContext* context = this;
-    while (context->m_inherits && context->m_parent)
-        context = context->m_parent;
-    return *context;
 }
 
 const std::wstring& CXmlWriter::CXmlWriterContext::GetDefaultNamespace() const {
@@ -75,6 +92,7 @@ void CXmlWriter::CXmlWriterContext::StopInheriting() {
     m_defaultNamespace = source.m_defaultNamespace;
     m_ownsMap = true;
     m_inherits = false;
+    m_effective = this;
 }
 
 void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(const std::wstring& ns) {
@@ -154,9 +172,14 @@ std::wstring CXmlWriter::GetUniquePrefix(const NamespaceMap& map) {
 
 CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext(const std::wstring& localName,
                                                        const std::wstring& ns) {
-    if (m_current)
+    if (m_current && !m_spareContexts.empty()) {
+        CXmlWriterContext* context = m_spareContexts.back();
+        m_spareContexts.pop_back();
+        context->Reset(localName, ns, m_current);
+        m_current = context;
+    } else if (m_current) {
         m_current = new CXmlWriterContext(localName, ns, m_current);
-    else
+    } else
         m_current =
             new CXmlWriterContext(localName, ns, m_defaultNamespace, &m_namespaceMap, nullptr);
     return *m_current;
@@ -168,7 +191,19 @@ void CXmlWriter::PopContext() {
         return;
     m_current = popped->m_parent;
     popped->m_parent = nullptr;
-    delete popped;
+    // Child contexts are kept for reuse; as many as the deepest nesting so far.
+    if (m_current && m_spareContexts.size() < 256)
+        m_spareContexts.push_back(popped);
+    else
+        delete popped;
+}
+
+CXmlWriter::PrefixChoice CXmlWriter::EnterElement(const std::wstring& localName,
+                                                  const std::wstring& ns) {
+    CXmlWriterContext& context = PushContext(localName, ns);
+    PrefixChoice choice = ElementPrefix(ns);
+    context.m_prefix = choice.prefix;
+    return choice;
 }
 
 // An empty prefix in a map means "no prefix": such an entry never names an element or
@@ -193,15 +228,6 @@ CXmlWriter::PrefixChoice CXmlWriter::AttributePrefix(const std::wstring& ns) {
     if (ns.empty())
         return {std::wstring(), false};
     return MappedOrGeneratedPrefix(ns);
-}
-
-std::wstring CXmlWriter::PrefixOf(const CXmlWriterContext& context) const {
-    const std::wstring& ns = context.m_namespaceUri;
-    if (ns.empty() || ns == context.GetDefaultNamespace())
-        return std::wstring();
-    const NamespaceMap& map = *context.GetNamespaceMap();
-    const auto it = map.find(ns);
-    return it == map.end() ? std::wstring() : it->second;
 }
 
 } // namespace QvXmlLib16

@@ -310,6 +310,46 @@ TEST(XmlTextWriter, NamespacesAndSchemaAttributes) {
     }
 }
 
+// Namespaces added on an open element are declared on it at once, so what uses them later is
+// well formed; the element keeps the prefix it was written with.
+TEST(XmlTextWriter, NamespacesAddedOnAnOpenElement) {
+    struct Case {
+        const char* name;
+        Script script;
+        const wchar_t* expected;
+    };
+
+    const Case cases[] = {
+        {"prefix used by a child",
+         [](CXmlTextWriter& w) {
+             Start(w, L"r"), w.AddNamespace(L"p", L"urn:p"), Start(w, L"c", L"urn:p"), End(w),
+                 End(w);
+         },
+         L"<r xmlns:p=\"urn:p\">\n\t<p:c/>\n</r>\n"},
+        {"default namespace set on a prefixed element",
+         [](CXmlTextWriter& w) {
+             Start(w, L"r", L"N"), w.SetDefaultNamespace(L"N"), Text(w, L"x"), End(w);
+         },
+         L"<AA:r xmlns:AA=\"N\" xmlns=\"N\">x</AA:r>\n"},
+        {"default namespace reaches the children",
+         [](CXmlTextWriter& w) {
+             Start(w, L"r"), w.SetDefaultNamespace(L"urn:d"), Start(w, L"c", L"urn:d"), End(w),
+                 End(w);
+         },
+         L"<r xmlns=\"urn:d\">\n\t<c/>\n</r>\n"},
+        {"an empty prefix declares nothing",
+         [](CXmlTextWriter& w) {
+             Start(w, L"r"), w.AddNamespace(L"", L"urn:e"), Start(w, L"c", L"urn:e"), End(w),
+                 End(w);
+         },
+         L"<r>\n\t<AA:c xmlns:AA=\"urn:e\"/>\n</r>\n"},
+    };
+    for (const Case& tc : cases) {
+        SCOPED_TRACE(tc.name);
+        EXPECT_EQ(Written(tc.script), tc.expected);
+    }
+}
+
 TEST(XmlTextWriter, Failures) {
     struct Case {
         const char* name;
@@ -353,6 +393,14 @@ TEST(XmlTextWriter, Failures) {
          L"No Element is open.", L"<r/>\n"},
         {"close with an element open", [](CXmlTextWriter& w) { Start(w, L"r"), w.Close(); },
          L"An Element has not been closed.", L"<r"},
+        {"namespace after a child",
+         [](CXmlTextWriter& w) {
+             Start(w, L"r"), Start(w, L"c"), End(w), w.AddNamespace(L"p", L"urn:p");
+         },
+         L"Attributes must be added before elements", L"<r>\n\t<c/>\n"},
+        {"default namespace after text",
+         [](CXmlTextWriter& w) { Start(w, L"r"), Text(w, L"x"), w.SetDefaultNamespace(L"N"); },
+         L"Attributes must be added before elements", L"<r>x"},
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(tc.name);

@@ -16,14 +16,13 @@ public:
     RecordingWriter() : CXmlWriter(L"RecordingWriter") {}
 
     void WriteStartElement(const std::wstring& localName, const std::wstring& ns) override {
-        PushContext(localName, ns);
-        const PrefixChoice choice = ElementPrefix(ns);
+        const PrefixChoice choice = EnterElement(localName, ns);
         m_log += L"<" + QName(choice.prefix, localName) + Declaration(choice, ns) + L">";
     }
 
     void WriteEndElement() override {
         const CXmlWriterContext& context = *GetCurrentContext();
-        m_log += L"</" + QName(PrefixOf(context), context.m_localName) + L">";
+        m_log += L"</" + QName(context.m_prefix, context.m_localName) + L">";
         PopContext();
     }
 
