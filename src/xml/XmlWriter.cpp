@@ -122,6 +122,8 @@ CXmlWriter::CXmlWriter(const wchar_t* className) : CInstanceMonitor(className) {
 
 CXmlWriter::~CXmlWriter() {
     delete m_current;
+    for (CXmlWriterContext* spare : m_spareContexts)
+        delete spare;
 }
 
 void CXmlWriter::Close() {
