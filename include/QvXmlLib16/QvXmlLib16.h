@@ -23,6 +23,9 @@
 //   CQVCriticalSection ......................... QVCriticalSection.h
 //   CInstanceMonitor ........................... InstanceMonitor.h
 //   ItemType ................................... ItemType.h
+//   CConversions ............................... Conversions.h
+//   QvVariant .................................. Variant.h
+//   CPrimitiveRestrictions ..................... PrimitiveRestrictions.h
 //   well-known namespace names (ns::kXsi, ...) . Namespaces.h
 //   CSerializationContext, SchemaType .......... SerializationContext.h
 //   CNamespaceAliasMap ......................... NamespaceAliasMap.h
@@ -31,12 +34,13 @@
 //   CXmlDocument ............................... XmlDocument.h
 //   CXmlElement, CXmlAttribute ................. XmlElement.h
 //   CExpatReader ............................... ExpatReader.h
-//   CXmlObjectHelper (TestRegEx) ............... XmlObjectHelper.h
+//   CXmlObjectHelper (TestRegEx, facet checks) . XmlObjectHelper.h
 
 #include <QvXmlLib16/Base64.h>
 #include <QvXmlLib16/BigInteger.h>
 #include <QvXmlLib16/BinaryData.h>
 #include <QvXmlLib16/BinaryStream.h>
+#include <QvXmlLib16/Conversions.h>
 #include <QvXmlLib16/ConvertUTF.h>
 #include <QvXmlLib16/DateTime.h>
 #include <QvXmlLib16/DateTimeSpan.h>
@@ -49,6 +53,7 @@
 #include <QvXmlLib16/ItemType.h>
 #include <QvXmlLib16/NamespaceAliasMap.h>
 #include <QvXmlLib16/Namespaces.h>
+#include <QvXmlLib16/PrimitiveRestrictions.h>
 #include <QvXmlLib16/QVCriticalSection.h>
 #include <QvXmlLib16/QvException.h>
 #include <QvXmlLib16/QvZip.h>
@@ -56,6 +61,7 @@
 #include <QvXmlLib16/SmartPtr.h>
 #include <QvXmlLib16/StringBuffer.h>
 #include <QvXmlLib16/TextStream.h>
+#include <QvXmlLib16/Variant.h>
 #include <QvXmlLib16/WhitespaceUtils.h>
 #include <QvXmlLib16/XmlDocument.h>
 #include <QvXmlLib16/XmlElement.h>
