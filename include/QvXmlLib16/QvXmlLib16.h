@@ -35,7 +35,13 @@
 //   CXmlElement, CXmlAttribute ................. XmlElement.h
 //   CExpatReader ............................... ExpatReader.h
 //   CXmlObjectHelper (TestRegEx, facet checks) . XmlObjectHelper.h
+//   CXmlObjectBase, IEventSink, AsyncToXmlFile . XmlObjectBase.h
+//   CXmlGeneratedClass, INillable .............. XmlGeneratedClass.h
+//   CElementInfo and its subclasses, CParentElementInfo,
+//   XmlElementType, XmlElementGroupType ........ ElementInfo.h (namespace QvXmlLib16Data)
+//   CAttributeInfo ............................. AttributeInfo.h (namespace QvXmlLib16Data)
 
+#include <QvXmlLib16/AttributeInfo.h>
 #include <QvXmlLib16/Base64.h>
 #include <QvXmlLib16/BigInteger.h>
 #include <QvXmlLib16/BinaryData.h>
@@ -45,6 +51,7 @@
 #include <QvXmlLib16/DateTime.h>
 #include <QvXmlLib16/DateTimeSpan.h>
 #include <QvXmlLib16/Decimal.h>
+#include <QvXmlLib16/ElementInfo.h>
 #include <QvXmlLib16/Encoder.h>
 #include <QvXmlLib16/ExpatReader.h>
 #include <QvXmlLib16/Export.h>
@@ -66,6 +73,8 @@
 #include <QvXmlLib16/XmlDocument.h>
 #include <QvXmlLib16/XmlElement.h>
 #include <QvXmlLib16/XmlEncoding.h>
+#include <QvXmlLib16/XmlGeneratedClass.h>
+#include <QvXmlLib16/XmlObjectBase.h>
 #include <QvXmlLib16/XmlObjectHelper.h>
 #include <QvXmlLib16/XmlTextWriter.h>
 #include <QvXmlLib16/XmlWriter.h>

@@ -7,12 +7,15 @@
 #include <QvXmlLib16/Decimal.h>
 #include <QvXmlLib16/Export.h>
 #include <QvXmlLib16/ItemType.h>
+#include <QvXmlLib16/SmartPtr.h>
 #include <QvXmlLib16/WhitespaceUtils.h>
 
 #include <cstdint>
 #include <string>
 
 namespace QvXmlLib16 {
+
+class CXmlObjectBase;
 
 // One member value of any primitive type, tagged with its ItemType. Copies are deep. A
 // variant is valid when it holds a type or is nil; a nil variant keeps its type but no value.
@@ -95,6 +98,10 @@ public:
     CDecimal GetDecimal() const;
     void SetInteger(const CBigInteger& value);
     CBigInteger GetInteger() const;
+    // A counted reference (null allowed): the variant holds one count while it keeps it, and
+    // the getter hands the caller another.
+    void SetXmlObject(CXmlObjectBase* value);
+    CSmartPtr<CXmlObjectBase> GetXmlObject() const;
 
     // The lexical type name ("i4", "datetime", ...); CQvException "Invalid Type %d" for 0, the
     // object and collection types and anything out of range.

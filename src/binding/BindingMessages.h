@@ -20,3 +20,43 @@ inline constexpr wchar_t kAliasNotFoundFmt[] = L"Namespace alias [%ls] not found
 inline constexpr wchar_t kIndexOutOfRangeFmt[] = L"Index %d is out of range, use 0 - %d";
 
 } // namespace QvXmlLib16::msg
+
+namespace QvXmlLib16::msg {
+
+// Object base
+inline constexpr wchar_t kPropertyAlreadySetFmt[] =
+    L"The Property [%ls] is already set. Only one element within this class bay be set at a time";
+// No brackets around the name here, unlike its twin above: both are kept as they are.
+inline constexpr wchar_t kPropertyAlreadySetValidFmt[] =
+    L"The Property %ls is already set. Only one element within this class bay be set at a time";
+inline constexpr wchar_t kPropertyMandatoryNodeFmt[] =
+    L"The Property [%ls] is mandatory, it may node be NULL";
+inline constexpr wchar_t kElementNameDiffersFmt[] =
+    L"This property requires an element with the name %ls the element being set has the element "
+    L"name %ls";
+inline constexpr wchar_t kZlibStreamsOnly[] =
+    L"ZLIB Compression only available for To Stream methods.";
+
+} // namespace QvXmlLib16::msg
+
+namespace QvXmlLib16::msg {
+
+// Generated-class driver
+inline constexpr wchar_t kUnknownXmlGroupType[] = L"Unknown XML Group Type"; // writing
+inline constexpr wchar_t kUnknownGroupType[] = L"Unknown Group Type";        // reading
+inline constexpr wchar_t kConvertElementFailedFmt[] = L"Failed to convert the element [%ls] to XML";
+inline constexpr wchar_t kConvertAttributesFailed[] = L"Failed to convert attributes to XML";
+inline constexpr wchar_t kEmptyChoiceOnWrite[] =
+    L"This element is a choice, and as such must have at one (and only one) valid item, "
+    L"currently there are none set";
+inline constexpr wchar_t kProcessElementFailed[] = L"Failed to process the element.";
+inline constexpr wchar_t kLeftoverElementFmt[] =
+    L"Failed read all the elements held within the element [%ls]. The unexpected element [%ls] "
+    L"remains un processed";
+inline constexpr wchar_t kEmptyChoiceOnReadFmt[] =
+    L"No child elements within the element [%ls] were populated. The element represents a "
+    L"choice, so one and only one element should be populated. The element contained no "
+    L"sutable child elements";
+inline constexpr wchar_t kNestingTooDeepFmt[] = L"Element nesting is deeper than %d levels.";
+
+} // namespace QvXmlLib16::msg

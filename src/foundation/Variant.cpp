@@ -4,6 +4,7 @@
 #include <QvXmlLib16/Format.h>
 #include <QvXmlLib16/QvException.h>
 #include <QvXmlLib16/Variant.h>
+#include <QvXmlLib16/XmlObjectBase.h>
 
 #include <cstring>
 #include <utility>
@@ -31,6 +32,19 @@ void DestroyAs(void* p) {
 template <class T>
 constexpr OwnedOps kOps{&CopyAs<T>, &DestroyAs<T>};
 
+// Object references are shared, not copied: a copy takes a count, destruction drops one.
+void* AddRefObject(const void* p) {
+    CXmlObjectBase* object = static_cast<CXmlObjectBase*>(const_cast<void*>(p));
+    object->AddRef();
+    return object;
+}
+
+void ReleaseObject(void* p) {
+    static_cast<CXmlObjectBase*>(p)->Release();
+}
+
+constexpr OwnedOps kObjectOps{&AddRefObject, &ReleaseObject};
+
 // Null for the scalar types, whose value is the cell itself. The object and collection
 // references join here with AddRef as copy and Release as destroy.
 const OwnedOps* OpsOf(ItemType type) {
@@ -46,6 +60,7 @@ const OwnedOps* OpsOf(ItemType type) {
     case ItemType_string: return &kOps<std::wstring>;
     case ItemType_decimal: return &kOps<CDecimal>;
     case ItemType_integer: return &kOps<CBigInteger>;
+    case ItemType_XmlObject: return &kObjectOps;
     default: return nullptr;
     }
 }
@@ -210,6 +225,20 @@ void QvVariant::SetString(const std::wstring& v) { StoreOwned(ItemType_string, v
 std::wstring QvVariant::GetString() const { return LoadOwned<std::wstring>(ItemType_string); }
 void QvVariant::SetBoolean(bool v) { StoreScalar(ItemType_boolean, v); }
 bool QvVariant::GetBoolean() const { return LoadScalar<bool>(); }
+void QvVariant::SetXmlObject(CXmlObjectBase* value) {
+    if (value)
+        value->AddRef(); // before Clear, so value may be the object held now
+    Clear();
+    m_cell.ptr = value;
+    m_type = ItemType_XmlObject;
+}
+
+CSmartPtr<CXmlObjectBase> QvVariant::GetXmlObject() const {
+    if (m_type != ItemType_XmlObject)
+        ThrowInvalidType(m_type);
+    return CSmartPtr<CXmlObjectBase>(static_cast<CXmlObjectBase*>(m_cell.ptr));
+}
+
 void QvVariant::SetDecimal(const CDecimal& v) { StoreOwned(ItemType_decimal, v); }
 CDecimal QvVariant::GetDecimal() const { return LoadOwned<CDecimal>(ItemType_decimal); }
 void QvVariant::SetInteger(const CBigInteger& v) { StoreOwned(ItemType_integer, v); }

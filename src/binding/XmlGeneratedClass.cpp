@@ -1,0 +1,410 @@
+#include "binding/BindingMessages.h"
+#include "metadata/MetadataMessages.h"
+
+#include <QvXmlLib16/AttributeInfo.h>
+#include <QvXmlLib16/Format.h>
+#include <QvXmlLib16/QvException.h>
+#include <QvXmlLib16/Variant.h>
+#include <QvXmlLib16/XmlElement.h>
+#include <QvXmlLib16/XmlGeneratedClass.h>
+#include <QvXmlLib16/XmlWriter.h>
+
+#include <cwctype>
+#include <vector>
+
+namespace QvXmlLib16 {
+
+using namespace QvXmlLib16Data;
+
+namespace {
+
+constexpr int kMaxNesting = 1000;
+
+// Binding recurses once per level of the document: refuse depths that could exhaust the stack.
+class NestingGuard {
+public:
+    explicit NestingGuard(const CXmlElement* element) {
+        if (++Depth() > kMaxNesting) {
+            --Depth();
+            throw CQvValidationException(FormatString(msg::kNestingTooDeepFmt, kMaxNesting),
+                                         element ? element->GetXPath() : std::wstring());
+        }
+    }
+
+    ~NestingGuard() { --Depth(); }
+
+    NestingGuard(const NestingGuard&) = delete;
+    NestingGuard& operator=(const NestingGuard&) = delete;
+
+private:
+    static int& Depth() {
+        thread_local int depth = 0;
+        return depth;
+    }
+};
+
+bool EqualsIgnoringCase(const std::wstring& a, const wchar_t* b) {
+    size_t i = 0;
+    for (; i < a.size() && b[i]; ++i) {
+        if (std::towlower(a[i]) != std::towlower(b[i]))
+            return false;
+    }
+    return i == a.size() && !b[i];
+}
+
+} // namespace
+
+INillable::~INillable() = default;
+
+// ---- metadata ----
+
+void CXmlGeneratedClass::ReadProperty(int propertyIndex, QvVariant& value) const {
+    const_cast<CXmlGeneratedClass*>(this)->AccessProperty(propertyIndex, true, value);
+}
+
+bool CXmlGeneratedClass::IsElementInList(const CSerializationContext& ctx,
+                                         CXmlElement* element) const {
+    for (CElementInfo** info = GetClassElementInfo(); info && *info; ++info) {
+        if ((*info)->IsThisElement(ctx, element))
+            return true;
+    }
+    return false;
+}
+
+int CXmlGeneratedClass::GetClassElementInfoCount() const {
+    int count = 0;
+    for (CElementInfo** info = GetClassElementInfo(); info && *info; ++info)
+        ++count;
+    return count;
+}
+
+// Choice members that may be empty (optional ones, or collections with a minimum of 0) make
+// an empty choice acceptable; the sequence members never do.
+bool CXmlGeneratedClass::DoesElementContainOptionalElements() const {
+    return false;
+}
+
+void CXmlGeneratedClass::CleanMetaData(CParentElementInfo*& classInfo, CElementInfo**& elementInfo,
+                                       CAttributeInfo**& attributeInfo) {
+    delete classInfo;
+    classInfo = nullptr;
+    if (elementInfo) {
+        for (CElementInfo** info = elementInfo; *info; ++info) {
+            delete *info;
+            *info = nullptr;
+        }
+        delete[] elementInfo;
+        elementInfo = nullptr;
+    }
+    if (attributeInfo) {
+        for (CAttributeInfo** info = attributeInfo; *info; ++info) {
+            delete *info;
+            *info = nullptr;
+        }
+        delete[] attributeInfo;
+        attributeInfo = nullptr;
+    }
+}
+
+// ---- writing ----
+
+void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isRoot, const wchar_t* namespaceUri,
+                                   const CSerializationContext& ctx, bool optionalChoice) const {
+    NestingGuard guard(nullptr);
+    const CParentElementInfo* info = GetClassInfo();
+    const bool ownElement = info->m_elementType == XmlElementType_Element;
+    if (ownElement) {
+        if (isRoot) {
+            for (const std::wstring& pi : ctx.GetProcessingInstructions())
+                writer->WritePI(pi);
+            const CNamespaceAliasMap& aliases = ctx.GetNamespaceAliases();
+            for (int i = 0; i < aliases.GetNamespaceCount(); ++i) {
+                const std::wstring ns = aliases.GetNamespaceAt(i);
+                writer->AddNamespace(aliases.GetAliasFromNamespace(ns.c_str()), ns);
+            }
+            if (!ctx.GetDefaultNamespaceURI().empty())
+                writer->SetDefaultNamespace(ctx.GetDefaultNamespaceURI());
+        }
+        writer->WriteStartElement(GetElementName(), namespaceUri ? namespaceUri : L"");
+        AttributesToXml_Int(writer, ctx);
+        if (isRoot && !ctx.GetInLineSchema().empty())
+            writer->WriteInlineSchema(ctx.GetInLineSchema());
+    }
+    const INillable* nillable = dynamic_cast<const INillable*>(this);
+    if (nillable && nillable->IsNil()) {
+        writer->WriteAttributeNil();
+    } else {
+        WriteGroup(ctx, writer, optionalChoice);
+        WriteSimpleContent(writer);
+    }
+    if (ownElement)
+        writer->WriteEndElement();
+}
+
+void CXmlGeneratedClass::WriteGroup(const CSerializationContext& ctx, CXmlWriter* writer,
+                                    bool optionalChoice) const {
+    CElementInfo** elements = GetClassElementInfo();
+    try {
+        switch (GetClassInfo()->m_groupType) {
+        case XmlElementGroupType_Sequence: ProcessElementSeqToXml(ctx, elements, writer); break;
+        case XmlElementGroupType_Choice:
+            ProcessElementChoiceToXml(ctx, elements, writer, optionalChoice);
+            break;
+        case XmlElementGroupType_All: ProcessElementAllToXml(ctx, elements, writer); break;
+        default: throw CQvException(msg::kUnknownXmlGroupType);
+        }
+    } catch (const CQvException& e) {
+        throw CQvValidationException(
+            FormatString(msg::kConvertElementFailedFmt, GetElementName().c_str()), L"", e);
+    }
+}
+
+void CXmlGeneratedClass::WriteSimpleContent(CXmlWriter* writer) const {
+    const CParentElementInfo* info = GetClassInfo();
+    if (info->m_valuePropertyIndex == -1 || info->m_valueType == ItemType_Invalid)
+        return;
+    QvVariant value;
+    ReadProperty(info->m_valuePropertyIndex, value);
+    if (value.IsNil())
+        writer->WriteAttributeNil();
+    else
+        writer->WriteString(value.ToString(info->m_valueFormat.c_str()), value.GetItemType(),
+                            false);
+}
+
+void CXmlGeneratedClass::AttributesToXml_Int(CXmlWriter* writer,
+                                             const CSerializationContext& ctx) const {
+    const CParentElementInfo* info = GetClassInfo();
+    // xsi:type is due when the element is not named after the type it holds.
+    if (ctx.GetWriteTypeAttribute() && info->m_writeType && GetElementName() != info->m_typeName)
+        writer->WriteAttributeType(info->m_typeName, info->m_typeNamespace, ItemType_string);
+    try {
+        ProcessAttributesToXml(ctx, GetClassElementInfo(), GetClassAttributeInfo(), writer);
+    } catch (const CQvException& e) {
+        throw CQvException(msg::kConvertAttributesFailed, e);
+    }
+}
+
+void CXmlGeneratedClass::ProcessAttributesToXml(const CSerializationContext& ctx,
+                                                CElementInfo** elements,
+                                                CAttributeInfo** attributes,
+                                                CXmlWriter* writer) const {
+    for (CAttributeInfo** info = attributes; info && *info; ++info)
+        (*info)->AttributeToXml(ctx, this, writer);
+    for (CElementInfo** info = elements; info && *info; ++info)
+        (*info)->PseudoChildAttributeToXml(ctx, this, writer);
+}
+
+void CXmlGeneratedClass::ProcessElementSeqToXml(const CSerializationContext& ctx,
+                                                CElementInfo** elements, CXmlWriter* writer) const {
+    for (CElementInfo** info = elements; info && *info; ++info)
+        (*info)->ElementToXml(ctx, this, writer);
+}
+
+// An all group is written in declaration order.
+void CXmlGeneratedClass::ProcessElementAllToXml(const CSerializationContext& ctx,
+                                                CElementInfo** elements, CXmlWriter* writer) const {
+    ProcessElementSeqToXml(ctx, elements, writer);
+}
+
+bool CXmlGeneratedClass::ProcessElementChoiceToXml(const CSerializationContext& ctx,
+                                                   CElementInfo** elements, CXmlWriter* writer,
+                                                   bool optionalChoice) const {
+    for (CElementInfo** info = elements; info && *info; ++info) {
+        if ((*info)->ElementToXml(ctx, this, writer))
+            return true;
+    }
+    if (DoesElementContainOptionalElements() || optionalChoice || ctx.GetIgnoreMissingChoice())
+        return false;
+    throw CQvValidationException(msg::kEmptyChoiceOnWrite, L"");
+}
+
+// ---- reading ----
+
+CXmlElement* CXmlGeneratedClass::FromXml_Int(CXmlElement* element, CXmlElement* cursor,
+                                             const CSerializationContext& ctx,
+                                             bool optionalChoice) {
+    NestingGuard guard(element);
+    try {
+        return ReadContent(element, cursor, ctx, optionalChoice);
+    } catch (const CQvException& e) {
+        // The innermost element names the place; outer ones pass the error on as it is.
+        if (e.GetPath().empty())
+            throw CQvValidationException(msg::kProcessElementFailed,
+                                         element ? element->GetXPath() : std::wstring(), e);
+        throw CQvException(e);
+    }
+}
+
+CXmlElement* CXmlGeneratedClass::ReadContent(CXmlElement* element, CXmlElement* cursor,
+                                             const CSerializationContext& ctx,
+                                             bool optionalChoice) {
+    Init();
+    const CParentElementInfo* info = GetClassInfo();
+    if (info->m_elementType == XmlElementType_Element)
+        SetElementName(element->GetLocalName().c_str());
+    ProcessAttributesFromXml(ctx, element, info->m_unknownAttributesAreErrors);
+    const INillable* nillable = dynamic_cast<const INillable*>(this);
+    if (nillable && nillable->IsNil())
+        return cursor;
+    switch (info->m_groupType) {
+    case XmlElementGroupType_Sequence:
+        cursor = ProcessElementSeqFromXml(ctx, element, cursor, info->m_elementType);
+        break;
+    case XmlElementGroupType_Choice:
+        cursor =
+            ProcessElementChoiceFromXml(ctx, element, cursor, info->m_elementType, optionalChoice);
+        break;
+    case XmlElementGroupType_All:
+        cursor = ProcessElementAllFromXml(ctx, element, cursor, info->m_elementType);
+        break;
+    default: throw CQvException(msg::kUnknownGroupType);
+    }
+    if (info->m_valuePropertyIndex != -1 && info->m_valueType != ItemType_Invalid) {
+        QvVariant value;
+        if (info->m_valueIsRawString)
+            value.SetString(element->GetText());
+        else
+            value.FromString(element->GetText(), info->m_valueType,
+                             CWhitespaceUtils::WhitespaceRule_None);
+        AccessProperty(info->m_valuePropertyIndex, false, value);
+    }
+    return cursor;
+}
+
+void CXmlGeneratedClass::ReadNilAttribute(CXmlAttribute& attribute, const CXmlElement& element) {
+    INillable* nillable = dynamic_cast<INillable*>(this);
+    if (!nillable)
+        throw CQvValidationException(msg::kNilOnNonNillable, element.GetXPath());
+    const std::wstring value = attribute.GetValue();
+    if (EqualsIgnoringCase(value, L"true") || value == L"1")
+        nillable->SetNil(true);
+    else if (EqualsIgnoringCase(value, L"false") || value == L"0")
+        nillable->SetNil(false);
+    else
+        throw CQvValidationException(FormatString(msg::kBadNilValueFmt, value.c_str()),
+                                     attribute.GetXPath());
+}
+
+void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& ctx,
+                                                  CXmlElement* element, bool unknownIsError) {
+    CAttributeInfo** infos = GetClassAttributeInfo();
+    std::vector<bool> found;
+    for (CAttributeInfo** info = infos; info && *info; ++info)
+        found.push_back(false);
+    for (CXmlAttribute* attribute : element->GetAttributes()) {
+        if (attribute->IsNamespaceAttribute())
+            continue;
+        if (attribute->IsNilAttribute()) {
+            ReadNilAttribute(*attribute, *element);
+            continue;
+        }
+        bool taken = false;
+        for (size_t i = 0; i < found.size() && !taken; ++i) {
+            if (infos[i]->AttributeFromXml(ctx, this, attribute))
+                found[i] = taken = true;
+        }
+        if (!taken && unknownIsError && !ctx.GetIgnoreUnknownAttributes())
+            throw CQvValidationException(msg::kUnexpectedAttribute, attribute->GetXPath());
+    }
+    for (size_t i = 0; i < found.size(); ++i)
+        infos[i]->Validate(ctx, found[i]);
+}
+
+void CXmlGeneratedClass::ThrowLeftover(const CSerializationContext&, const CXmlElement* element,
+                                       const CXmlElement* cursor) const {
+    throw CQvValidationException(FormatString(msg::kLeftoverElementFmt,
+                                              element->GetLocalName().c_str(),
+                                              cursor->GetLocalName().c_str()),
+                                 element->GetXPath());
+}
+
+CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CSerializationContext& ctx,
+                                                          CXmlElement* element, CXmlElement* cursor,
+                                                          XmlElementType type) {
+    CXmlElement* const start = cursor;
+    const std::wstring ns = GetNamespace();
+    CElementInfo** infos = GetClassElementInfo();
+    CElementInfo* last = nullptr;
+    for (CElementInfo** info = infos; info && *info; ++info) {
+        last = *info;
+        // A member that is not satisfied may be preceded by foreign elements to skip.
+        while (!last->ElementFromXml(ctx, this, element, &cursor, ns.c_str(), type)) {
+            if (!ctx.GetIgnoreUnknownElements() || !cursor)
+                return start;
+            cursor = cursor->GetNextSiblingElement();
+        }
+    }
+    if (type == XmlElementType_Pseudo || !cursor)
+        return cursor;
+    if (!ctx.GetIgnoreUnknownElements())
+        ThrowLeftover(ctx, element, cursor);
+    // Leftovers are skipped; what the last member recognises as its own it still takes (a
+    // collection's items may stand between foreign elements).
+    while (cursor) {
+        if (last && last->IsThisElement(ctx, cursor)
+            && last->ElementFromXml(ctx, this, element, &cursor, ns.c_str(), type))
+            continue;
+        cursor = cursor->GetNextSiblingElement();
+    }
+    return nullptr;
+}
+
+CXmlElement* CXmlGeneratedClass::ProcessElementChoiceFromXml(const CSerializationContext& ctx,
+                                                             CXmlElement* element,
+                                                             CXmlElement* cursor,
+                                                             XmlElementType type,
+                                                             bool optionalChoice) {
+    CXmlElement* const start = cursor;
+    const std::wstring ns = GetNamespace();
+    bool matched = false;
+    for (;;) {
+        for (CElementInfo** info = GetClassElementInfo(); info && *info && !matched; ++info)
+            matched = (*info)->ElementFromXml(ctx, this, element, &cursor, ns.c_str(), type);
+        if (matched || !cursor || !ctx.GetIgnoreUnknownElements() || type != XmlElementType_Element)
+            break;
+        cursor = cursor->GetNextSiblingElement();
+    }
+    if (!matched && !optionalChoice) {
+        if (type == XmlElementType_Pseudo)
+            return ctx.GetIgnoreUnknownElements() ? start : cursor;
+        if (type != XmlElementType_Element)
+            return cursor;
+        if (!DoesElementContainOptionalElements() && !ctx.GetIgnoreMissingChoice())
+            throw CQvValidationException(
+                FormatString(msg::kEmptyChoiceOnReadFmt, element->GetLocalName().c_str()),
+                element->GetXPath());
+    }
+    if (type != XmlElementType_Element || !cursor || ctx.GetIgnoreUnknownElements())
+        return cursor;
+    ThrowLeftover(ctx, element, cursor);
+    return cursor;
+}
+
+CXmlElement* CXmlGeneratedClass::ProcessElementAllFromXml(const CSerializationContext& ctx,
+                                                          CXmlElement* element, CXmlElement* cursor,
+                                                          XmlElementType type) {
+    CXmlElement* const start = cursor;
+    const std::wstring ns = GetNamespace();
+    CElementInfo** infos = GetClassElementInfo();
+    const int count = GetClassElementInfoCount();
+    std::vector<bool> found(static_cast<size_t>(count), false);
+    // Members may come in any order: pass over them while the cursor keeps moving.
+    for (bool moved = true; cursor && moved;) {
+        CXmlElement* before = cursor;
+        for (int i = 0; i < count; ++i) {
+            if (!found[i])
+                found[i] = infos[i]->ElementFromXml(ctx, this, element, &cursor, ns.c_str(), type);
+        }
+        moved = cursor != before;
+    }
+    for (int i = 0; i < count; ++i) {
+        if (!infos[i]->Validate(ctx, this, found[i], type == XmlElementType_Element))
+            return start;
+    }
+    if (type == XmlElementType_Element && cursor && !ctx.GetIgnoreUnknownElements())
+        ThrowLeftover(ctx, element, cursor);
+    return cursor;
+}
+
+} // namespace QvXmlLib16
