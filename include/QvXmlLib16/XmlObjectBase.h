@@ -107,6 +107,14 @@ public:
     static void Throw_IfPropertyIsNull(CXmlObjectBase* value, const wchar_t* name);
     static void Throw_IfElementNameDiffers(CXmlObjectBase* value, const wchar_t* name);
 
+    // Forward to CXmlObjectHelper.
+    static bool DoesElementNameMatch(const CSerializationContext& ctx, const CXmlElement* element,
+                                     const wchar_t* name, const wchar_t* namespaceUri);
+    static bool IsNamespaceValid(const wchar_t* namespaceUri, const wchar_t* restriction,
+                                 const wchar_t* targetNamespace);
+    static void TestNamespace(const wchar_t* namespaceUri, const wchar_t* restriction,
+                              const wchar_t* targetNamespace);
+
     // Let one bindable object drive another's protected operations.
     static void AttributesToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer,
                                     const CSerializationContext& ctx);

@@ -13,6 +13,8 @@ class CDateTime;
 class CDateTimeSpan;
 class CDecimal;
 class CPrimitiveRestrictions;
+class CSerializationContext;
+class CXmlElement;
 class QvVariant;
 
 // Checks shared by the metadata and the generated-class driver.
@@ -29,6 +31,18 @@ public:
     // and cached for every thread. A pattern that is not valid, or whose matching exceeds the
     // backtracking limits, throws CQvException "Invalid Regular Expression: %ls Error: '%ls'".
     static bool TestRegEx(const std::wstring& pattern, const std::wstring& value);
+
+    // Local names always; namespaces too unless the context ignores them.
+    static bool DoesElementNameMatch(const CSerializationContext& ctx, const CXmlElement* element,
+                                     const std::wstring& name, const std::wstring& namespaceUri);
+    // restriction: "##any", "##other", "##local", "##targetNamespace" or URIs, separated by
+    // single spaces; true when one token admits namespaceUri. An empty namespace passes a URI.
+    static bool IsNamespaceValid(const std::wstring& namespaceUri, const std::wstring& restriction,
+                                 const std::wstring& targetNamespace);
+    // IsNamespaceValid or CQvInvalidNamespaceException "Invalid namespace [%ls]. The namespace
+    // must be one of [%ls] where the target namespace is [%ls]."
+    static void TestNamespace(const std::wstring& namespaceUri, const std::wstring& restriction,
+                              const std::wstring& targetNamespace);
 
     // Takes the value out of the variant with the getter of type and runs its check. Types 0
     // and 22 (char) and anything above 26 throw CQvInvalidValueException

@@ -60,3 +60,12 @@ inline constexpr wchar_t kEmptyChoiceOnReadFmt[] =
 inline constexpr wchar_t kNestingTooDeepFmt[] = L"Element nesting is deeper than %d levels.";
 
 } // namespace QvXmlLib16::msg
+
+namespace QvXmlLib16::msg {
+
+// Namespace matching
+inline constexpr wchar_t kInvalidNamespaceFmt[] =
+    L"Invalid namespace [%ls]. The namespace must be one of [%ls] where the target namespace is "
+    L"[%ls].";
+
+} // namespace QvXmlLib16::msg
