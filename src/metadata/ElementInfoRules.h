@@ -83,6 +83,17 @@ inline void ReadOwnElement(const CElementInfo& info, const CSerializationContext
     *current = element.GetNextSiblingElement();
 }
 
+// An optional member made by a factory: filled and stored, or skipped when the factory
+// declines the element.
+inline void ReadCreatedMember(const CElementInfo& info, const CSerializationContext& ctx,
+                              CXmlGeneratedClass* object, const CSmartPtr<CXmlObjectBase>& member,
+                              CXmlElement** current) {
+    if (member.IsNull())
+        *current = (*current)->GetNextSiblingElement();
+    else
+        ReadOwnElement(info, ctx, object, member, current);
+}
+
 // A pseudo-element member reads its children straight from the parent's cursor; true when it
 // took anything (then it is stored and the cursor moves on).
 inline bool ReadPseudoMember(const CElementInfo& info, const CSerializationContext& ctx,

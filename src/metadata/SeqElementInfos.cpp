@@ -178,12 +178,9 @@ bool CElementInfoSeqClsOpt::ElementFromXml(const CSerializationContext& ctx,
         return true;
     }
     return rules::ReadOptional(*this, ctx, current, [&] {
-        const CSmartPtr<CXmlObjectBase> member =
-            m_factory ? m_factory(m_classId, m_elementName.c_str()) : nullptr;
-        if (!member.IsNull())
-            rules::ReadOwnElement(*this, ctx, object, member, current);
-        else
-            *current = (*current)->GetNextSiblingElement();
+        rules::ReadCreatedMember(*this, ctx, object,
+                                 m_factory ? m_factory(m_classId, m_elementName.c_str()) : nullptr,
+                                 current);
     });
 }
 
@@ -250,11 +247,8 @@ bool CElementInfoSeqAbsClsOpt::ElementFromXml(const CSerializationContext& ctx,
                                               CXmlElement** current, const wchar_t*,
                                               XmlElementType) {
     return rules::ReadOptional(*this, ctx, current, [&] {
-        const CSmartPtr<CXmlObjectBase> member = m_factory ? m_factory(*current) : nullptr;
-        if (!member.IsNull())
-            rules::ReadOwnElement(*this, ctx, object, member, current);
-        else
-            *current = (*current)->GetNextSiblingElement();
+        rules::ReadCreatedMember(*this, ctx, object, m_factory ? m_factory(*current) : nullptr,
+                                 current);
     });
 }
 
