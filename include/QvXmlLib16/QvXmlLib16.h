@@ -37,6 +37,7 @@
 //   CXmlObjectHelper (TestRegEx, facet checks) . XmlObjectHelper.h
 //   CXmlObjectBase, IEventSink, AsyncToXmlFile . XmlObjectBase.h
 //   CXmlGeneratedClass, INillable .............. XmlGeneratedClass.h
+//   CXmlCollectionBase ......................... XmlCollectionBase.h
 //   CElementInfo and its subclasses, CParentElementInfo,
 //   XmlElementType, XmlElementGroupType ........ ElementInfo.h (namespace QvXmlLib16Data)
 //   CAttributeInfo ............................. AttributeInfo.h (namespace QvXmlLib16Data)
@@ -70,6 +71,7 @@
 #include <QvXmlLib16/TextStream.h>
 #include <QvXmlLib16/Variant.h>
 #include <QvXmlLib16/WhitespaceUtils.h>
+#include <QvXmlLib16/XmlCollectionBase.h>
 #include <QvXmlLib16/XmlDocument.h>
 #include <QvXmlLib16/XmlElement.h>
 #include <QvXmlLib16/XmlEncoding.h>

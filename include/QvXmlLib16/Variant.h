@@ -15,6 +15,7 @@
 
 namespace QvXmlLib16 {
 
+class CXmlCollectionBase;
 class CXmlObjectBase;
 
 // One member value of any primitive type, tagged with its ItemType. Copies are deep. A
@@ -102,6 +103,8 @@ public:
     // the getter hands the caller another.
     void SetXmlObject(CXmlObjectBase* value);
     CSmartPtr<CXmlObjectBase> GetXmlObject() const;
+    void SetXmlCollection(CXmlCollectionBase* value);
+    CSmartPtr<CXmlCollectionBase> GetXmlCollection() const;
 
     // The lexical type name ("i4", "datetime", ...); CQvException "Invalid Type %d" for 0, the
     // object and collection types and anything out of range.
@@ -123,6 +126,7 @@ private:
     template <class T>
     const T& LoadOwned(ItemType type) const;
     void CopyFrom(const QvVariant& other);
+    void StoreObject(ItemType type, CXmlObjectBase* value);
 
     bool m_nil = false;
     ItemType m_type = ItemType_Invalid;

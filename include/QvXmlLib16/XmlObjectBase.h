@@ -12,6 +12,7 @@
 namespace QvXmlLib16 {
 
 class CTextStream;
+class CXmlCollectionBase;
 class CXmlDocument;
 class CXmlElement;
 class CXmlObjectBase;
@@ -114,6 +115,24 @@ public:
                                  const wchar_t* targetNamespace);
     static void TestNamespace(const wchar_t* namespaceUri, const wchar_t* restriction,
                               const wchar_t* targetNamespace);
+
+    // A choice member held in a collection: read it unless the choice already has a member
+    // (count above 0); when it took elements, check its count and add 1 to count.
+    static void Choice_Read_Collection(CXmlCollectionBase* collection, CXmlElement* element,
+                                       CXmlElement*& cursor, long& count,
+                                       const CSerializationContext& ctx);
+
+    // Tell sink about a change of collection (item for Add and AddComplete, the index for the
+    // removals, passed as a pointer to an int valid during the call).
+    static void FireOnCollectionChangeEvent(IEventSink* sink, CXmlCollectionBase* collection);
+    static void FireOnCollectionAddEvent(IEventSink* sink, CXmlCollectionBase* collection,
+                                         void* item);
+    static void FireOnCollectionAddCompleteEvent(IEventSink* sink, CXmlCollectionBase* collection,
+                                                 void* item);
+    static void FireOnCollectionRemoveEvent(IEventSink* sink, CXmlCollectionBase* collection,
+                                            int index);
+    static void FireOnCollectionRemoveCompleteEvent(IEventSink* sink,
+                                                    CXmlCollectionBase* collection, int index);
 
     // Let one bindable object drive another's protected operations.
     static void AttributesToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer,

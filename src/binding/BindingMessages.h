@@ -69,3 +69,16 @@ inline constexpr wchar_t kInvalidNamespaceFmt[] =
     L"[%ls].";
 
 } // namespace QvXmlLib16::msg
+
+namespace QvXmlLib16::msg {
+
+// Collections
+inline constexpr wchar_t kCollectionTargetNamespace[] =
+    L"CXmlCollectionBase::GetTargetNamespace Should not be used from within a Collection "
+    L"(program logic error)";
+inline constexpr wchar_t kCollectionMaximumFmt[] =
+    L"The Maximum number of [%ls] elements allowed in this collection is %d";
+inline constexpr wchar_t kCollectionMinimumFmt[] =
+    L"The Minimum number of [%ls] elements allowed in this collection is %d";
+
+} // namespace QvXmlLib16::msg

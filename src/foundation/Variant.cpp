@@ -4,7 +4,7 @@
 #include <QvXmlLib16/Format.h>
 #include <QvXmlLib16/QvException.h>
 #include <QvXmlLib16/Variant.h>
-#include <QvXmlLib16/XmlObjectBase.h>
+#include <QvXmlLib16/XmlCollectionBase.h>
 
 #include <cstring>
 #include <utility>
@@ -60,7 +60,8 @@ const OwnedOps* OpsOf(ItemType type) {
     case ItemType_string: return &kOps<std::wstring>;
     case ItemType_decimal: return &kOps<CDecimal>;
     case ItemType_integer: return &kOps<CBigInteger>;
-    case ItemType_XmlObject: return &kObjectOps;
+    case ItemType_XmlObject:
+    case ItemType_XmlCollection: return &kObjectOps;
     default: return nullptr;
     }
 }
@@ -225,18 +226,32 @@ void QvVariant::SetString(const std::wstring& v) { StoreOwned(ItemType_string, v
 std::wstring QvVariant::GetString() const { return LoadOwned<std::wstring>(ItemType_string); }
 void QvVariant::SetBoolean(bool v) { StoreScalar(ItemType_boolean, v); }
 bool QvVariant::GetBoolean() const { return LoadScalar<bool>(); }
-void QvVariant::SetXmlObject(CXmlObjectBase* value) {
+// Objects and collections are both kept as CXmlObjectBase pointers.
+void QvVariant::StoreObject(ItemType type, CXmlObjectBase* value) {
     if (value)
         value->AddRef(); // before Clear, so value may be the object held now
     Clear();
     m_cell.ptr = value;
-    m_type = ItemType_XmlObject;
+    m_type = type;
 }
+
+void QvVariant::SetXmlObject(CXmlObjectBase* value) { StoreObject(ItemType_XmlObject, value); }
 
 CSmartPtr<CXmlObjectBase> QvVariant::GetXmlObject() const {
     if (m_type != ItemType_XmlObject)
         ThrowInvalidType(m_type);
     return CSmartPtr<CXmlObjectBase>(static_cast<CXmlObjectBase*>(m_cell.ptr));
+}
+
+void QvVariant::SetXmlCollection(CXmlCollectionBase* value) {
+    StoreObject(ItemType_XmlCollection, value);
+}
+
+CSmartPtr<CXmlCollectionBase> QvVariant::GetXmlCollection() const {
+    if (m_type != ItemType_XmlCollection)
+        ThrowInvalidType(m_type);
+    return CSmartPtr<CXmlCollectionBase>(
+        static_cast<CXmlCollectionBase*>(static_cast<CXmlObjectBase*>(m_cell.ptr)));
 }
 
 void QvVariant::SetDecimal(const CDecimal& v) { StoreOwned(ItemType_decimal, v); }
