@@ -38,6 +38,7 @@
 //   CXmlObjectBase, IEventSink, AsyncToXmlFile . XmlObjectBase.h
 //   CXmlGeneratedClass, INillable .............. XmlGeneratedClass.h
 //   CXmlCollectionBase ......................... XmlCollectionBase.h
+//   CXmlTypeCollection ......................... XmlTypeCollection.h
 //   CElementInfo and its subclasses, CParentElementInfo,
 //   XmlElementType, XmlElementGroupType ........ ElementInfo.h (namespace QvXmlLib16Data)
 //   CAttributeInfo ............................. AttributeInfo.h (namespace QvXmlLib16Data)
@@ -79,4 +80,5 @@
 #include <QvXmlLib16/XmlObjectBase.h>
 #include <QvXmlLib16/XmlObjectHelper.h>
 #include <QvXmlLib16/XmlTextWriter.h>
+#include <QvXmlLib16/XmlTypeCollection.h>
 #include <QvXmlLib16/XmlWriter.h>
