@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QvXmlLib16/Export.h>
+#include <QvXmlLib16/ItemType.h>
+#include <QvXmlLib16/PrimitiveRestrictions.h>
+#include <QvXmlLib16/WhitespaceUtils.h>
 
 #include <string>
 
@@ -53,6 +56,50 @@ protected:
     int m_propertyIndex;
     bool m_optional;
     std::wstring m_defaultValue;
+};
+
+// An attribute of a primitive type. Reading matches name and namespace exactly, whatever the
+// context says about namespaces.
+class QVXML_API CAttributeInfoPrimitive : public CAttributeInfo {
+public:
+    CAttributeInfoPrimitive(const wchar_t* name, const wchar_t* ns, int propertyIndex,
+                            bool optional, QvXmlLib16::ItemType type, const wchar_t* format,
+                            QvXmlLib16::CWhitespaceUtils::WhitespaceRule rule,
+                            const QvXmlLib16::CPrimitiveRestrictions& restrictions,
+                            const wchar_t* defaultValue);
+    void AttributeToXml(const QvXmlLib16::CSerializationContext& ctx,
+                        const QvXmlLib16::CXmlGeneratedClass* object,
+                        QvXmlLib16::CXmlWriter* writer) const override;
+    bool AttributeFromXml(const QvXmlLib16::CSerializationContext& ctx,
+                          QvXmlLib16::CXmlGeneratedClass* object,
+                          QvXmlLib16::CXmlAttribute* attribute) override;
+    bool Validate(const QvXmlLib16::CSerializationContext& ctx, bool found) const override;
+    void CheckRestriction(QvXmlLib16::QvVariant value) const;
+
+private:
+    QvXmlLib16::CPrimitiveRestrictions m_restrictions;
+    QvXmlLib16::ItemType m_itemType;
+    std::wstring m_numberFormat;
+    QvXmlLib16::CWhitespaceUtils::WhitespaceRule m_whitespaceRule;
+};
+
+// An attribute of an enumerated type, carried as an i4.
+class QVXML_API CAttributeInfoEnum : public CAttributeInfo {
+public:
+    CAttributeInfoEnum(const wchar_t* name, const wchar_t* ns, int propertyIndex, bool optional,
+                       const wchar_t* (*toString)(int), int (*fromString)(const wchar_t*),
+                       const wchar_t* defaultValue);
+    void AttributeToXml(const QvXmlLib16::CSerializationContext& ctx,
+                        const QvXmlLib16::CXmlGeneratedClass* object,
+                        QvXmlLib16::CXmlWriter* writer) const override;
+    bool AttributeFromXml(const QvXmlLib16::CSerializationContext& ctx,
+                          QvXmlLib16::CXmlGeneratedClass* object,
+                          QvXmlLib16::CXmlAttribute* attribute) override;
+    bool Validate(const QvXmlLib16::CSerializationContext& ctx, bool found) const override;
+
+private:
+    int (*m_fromString)(const wchar_t*);
+    const wchar_t* (*m_toString)(int);
 };
 
 } // namespace QvXmlLib16Data

@@ -26,3 +26,26 @@ inline constexpr wchar_t kRequiredNamespaceMissingFmt[] =
     L"Failed to find the required element from namespace [%ls].";
 
 } // namespace QvXmlLib16::msg
+
+namespace QvXmlLib16::msg {
+
+// Attributes
+inline constexpr wchar_t kRequiredAttributeMissingFmt[] =
+    L"Failed to find the required Attribute [%ls].";
+
+} // namespace QvXmlLib16::msg
+
+namespace QvXmlLib16::msg {
+
+// Primitive collections
+inline constexpr wchar_t kIndexOutOfRange[] = L"Index out of range";
+inline constexpr wchar_t kDateKindDate[] = L"Dates added to this collection must be of type dt_date";
+inline constexpr wchar_t kDateKindDateTime[] =
+    L"Dates added to this collection must be of type dt_dateTime";
+inline constexpr wchar_t kDateKindTime[] = L"Dates added to this collection must be of type dt_time";
+inline constexpr wchar_t kDateKindMonthDay[] =
+    L"Dates added to this collection must be of type dt_gMonthDay";
+inline constexpr wchar_t kDateKindYearMonth[] =
+    L"Dates added to this collection must be of type dt_gYearMonth";
+
+} // namespace QvXmlLib16::msg
