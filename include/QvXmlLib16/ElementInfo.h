@@ -121,6 +121,8 @@ public:
     // The shared writers: true when something was written.
     bool ElementToXmlCls(const CSerializationContext& ctx, const CXmlGeneratedClass* object,
                          CXmlWriter* writer, bool optionalChoice) const;
+    bool ElementToXmlCol(const CSerializationContext& ctx, const CXmlGeneratedClass* object,
+                         CXmlWriter* writer) const;
     bool ElementToXmlPrim(const CSerializationContext& ctx, const CXmlGeneratedClass* object,
                           CXmlWriter* writer) const;
     bool ElementToXmlEnum(const CSerializationContext& ctx, const CXmlGeneratedClass* object,
@@ -292,6 +294,54 @@ public:
 private:
     XmlElementType m_elementType;
     ElementFactory m_factory;
+};
+
+// ---- sequence collections ----
+
+// A repeated member held in a collection (primitive, enumerated or class items): the
+// collection reads as many elements as it can and checks its own counts.
+class QVXML_API CElementInfoSeqCol : public CElementInfo {
+public:
+    CElementInfoSeqCol(const wchar_t* name, const wchar_t* ns, int propertyIndex);
+    bool ElementToXml(const CSerializationContext& ctx, const CXmlGeneratedClass* object,
+                      CXmlWriter* writer) const override;
+    bool ElementFromXml(const CSerializationContext& ctx, CXmlGeneratedClass* object,
+                        CXmlElement* parent, CXmlElement** current, const wchar_t* defaultNamespace,
+                        XmlElementType type) override;
+};
+
+class QVXML_API CElementInfoSeqPrimCol : public CElementInfoSeqCol {
+public:
+    CElementInfoSeqPrimCol(const wchar_t* name, const wchar_t* ns, int propertyIndex);
+};
+
+class QVXML_API CElementInfoSeqEnumCol : public CElementInfoSeqCol {
+public:
+    CElementInfoSeqEnumCol(const wchar_t* name, const wchar_t* ns, int propertyIndex);
+};
+
+class QVXML_API CElementInfoSeqClsCol : public CElementInfoSeqCol {
+public:
+    CElementInfoSeqClsCol(const wchar_t* name, const wchar_t* ns, int propertyIndex,
+                          XmlElementType elementType);
+    void PseudoChildAttributeToXml(const CSerializationContext& ctx,
+                                   const CXmlGeneratedClass* object,
+                                   CXmlWriter* writer) const override;
+
+private:
+    XmlElementType m_elementType;
+};
+
+class QVXML_API CElementInfoSeqAbsClsCol : public CElementInfoSeqCol {
+public:
+    CElementInfoSeqAbsClsCol(const wchar_t* name, const wchar_t* ns, int propertyIndex,
+                             XmlElementType elementType);
+    void PseudoChildAttributeToXml(const CSerializationContext& ctx,
+                                   const CXmlGeneratedClass* object,
+                                   CXmlWriter* writer) const override;
+
+private:
+    XmlElementType m_elementType;
 };
 
 } // namespace QvXmlLib16Data

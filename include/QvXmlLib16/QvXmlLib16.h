@@ -38,7 +38,10 @@
 //   CXmlObjectBase, IEventSink, AsyncToXmlFile . XmlObjectBase.h
 //   CXmlGeneratedClass, INillable .............. XmlGeneratedClass.h
 //   CXmlCollectionBase ......................... XmlCollectionBase.h
+//   CClassfactoryBase .......................... ClassfactoryBase.h
+//   CXmlCollection, TXmlObjectCol<T> ........... XmlCollection.h
 //   CXmlTypeCollection ......................... XmlTypeCollection.h
+//   Ci4Col ... CintegerCol, CdatetimeBaseCol ... PrimitiveCols.h
 //   CElementInfo and its subclasses, CParentElementInfo,
 //   XmlElementType, XmlElementGroupType ........ ElementInfo.h (namespace QvXmlLib16Data)
 //   CAttributeInfo ............................. AttributeInfo.h (namespace QvXmlLib16Data)
@@ -48,6 +51,7 @@
 #include <QvXmlLib16/BigInteger.h>
 #include <QvXmlLib16/BinaryData.h>
 #include <QvXmlLib16/BinaryStream.h>
+#include <QvXmlLib16/ClassfactoryBase.h>
 #include <QvXmlLib16/Conversions.h>
 #include <QvXmlLib16/ConvertUTF.h>
 #include <QvXmlLib16/DateTime.h>
@@ -62,6 +66,7 @@
 #include <QvXmlLib16/ItemType.h>
 #include <QvXmlLib16/NamespaceAliasMap.h>
 #include <QvXmlLib16/Namespaces.h>
+#include <QvXmlLib16/PrimitiveCols.h>
 #include <QvXmlLib16/PrimitiveRestrictions.h>
 #include <QvXmlLib16/QVCriticalSection.h>
 #include <QvXmlLib16/QvException.h>
@@ -72,6 +77,7 @@
 #include <QvXmlLib16/TextStream.h>
 #include <QvXmlLib16/Variant.h>
 #include <QvXmlLib16/WhitespaceUtils.h>
+#include <QvXmlLib16/XmlCollection.h>
 #include <QvXmlLib16/XmlCollectionBase.h>
 #include <QvXmlLib16/XmlDocument.h>
 #include <QvXmlLib16/XmlElement.h>

@@ -82,3 +82,11 @@ inline constexpr wchar_t kCollectionMinimumFmt[] =
     L"The Minimum number of [%ls] elements allowed in this collection is %d";
 
 } // namespace QvXmlLib16::msg
+
+namespace QvXmlLib16::msg {
+
+// Object collections
+// "Index out of range" is shared with the primitive collections: see MetadataMessages.h.
+inline constexpr wchar_t kObjectNotInCollection[] = L"The object was not found in the collection";
+
+} // namespace QvXmlLib16::msg

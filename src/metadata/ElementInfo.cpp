@@ -4,6 +4,7 @@
 #include <QvXmlLib16/Format.h>
 #include <QvXmlLib16/QvException.h>
 #include <QvXmlLib16/Variant.h>
+#include <QvXmlLib16/XmlCollectionBase.h>
 #include <QvXmlLib16/XmlElement.h>
 #include <QvXmlLib16/XmlGeneratedClass.h>
 #include <QvXmlLib16/XmlObjectHelper.h>
@@ -170,6 +171,21 @@ bool CElementInfo::ElementToXmlCls(const CSerializationContext& ctx,
     if (member.IsNull())
         return false;
     CXmlObjectBase::ToXml_Int(member, writer, false, m_namespace.c_str(), ctx, optionalChoice);
+    return true;
+}
+
+// The items are bracketed by context states 1 and 3, which the JSON writer turns into an array.
+bool CElementInfo::ElementToXmlCol(const CSerializationContext& ctx,
+                                   const CXmlGeneratedClass* object, CXmlWriter* writer) const {
+    QvVariant value;
+    ReadProperty(object, value);
+    const CSmartPtr<CXmlCollectionBase> collection = value.GetXmlCollection();
+    if (collection.IsNull() || collection->GetCount() < 1)
+        return false;
+    writer->SetContextState(CXmlWriter::ContextState_CollectionStart);
+    CXmlObjectBase::ToXml_Int(collection->GetBase(), writer, false, m_namespace.c_str(), ctx,
+                              false);
+    writer->SetContextState(CXmlWriter::ContextState_CollectionEnd);
     return true;
 }
 
