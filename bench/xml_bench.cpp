@@ -7,6 +7,8 @@
 // Bare expat is the reference, so this program sees expat's UTF-16 build directly.
 #define XML_UNICODE
 
+#include "BenchCorpus.h"
+
 #include <QvXmlLib16/QvXmlLib16.h>
 
 #include <benchmark/benchmark.h>
@@ -24,78 +26,14 @@
 
 using namespace QvXmlLib16;
 
+using namespace bench;
+
 namespace {
-
-bool IsDirectory(const std::string& path) {
-    struct stat info;
-    return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
-}
-
-std::string SharedDir() {
-    if (const char* fromEnv = std::getenv("QVXML_SHARED_DIR"))
-        return fromEnv;
-    if (IsDirectory("/work/shared"))
-        return "/work/shared";
-    // <repo>/bench/xml_bench.cpp -> <repo>/../shared
-    std::string repo = __FILE__;
-    repo = repo.substr(0, repo.rfind('/'));
-    repo = repo.substr(0, repo.rfind('/'));
-    return repo + "/../shared";
-}
-
-std::vector<unsigned char> ReadFile(const std::string& path) {
-    std::vector<unsigned char> bytes;
-    FILE* file = std::fopen(path.c_str(), "rb");
-    if (!file)
-        return bytes;
-    unsigned char chunk[1 << 16];
-    size_t n;
-    while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0)
-        bytes.insert(bytes.end(), chunk, chunk + n);
-    std::fclose(file);
-    return bytes;
-}
-
-std::vector<unsigned char> GenerateCorpus() {
-    char pattern[] = "/tmp/qvxml-bench-XXXXXX";
-    if (!mkdtemp(pattern))
-        throw std::runtime_error("cannot create a temporary directory");
-    const std::string dir = pattern;
-    const char* megabytes = std::getenv("QVXML_BENCH_MB");
-    const std::string command = "python3 '" + SharedDir() + "/bench/gen_corpus.py' '" + dir + "' "
-                                + (megabytes ? megabytes : "20") + " > /dev/null";
-    const int status = std::system(command.c_str());
-    std::vector<unsigned char> xml = ReadFile(dir + "/orders.xml");
-    std::system(("rm -rf '" + dir + "'").c_str());
-    if (status != 0 || xml.empty())
-        throw std::runtime_error("corpus generation failed: " + command);
-    return xml;
-}
-
-const std::vector<unsigned char>& Corpus() {
-    static const std::vector<unsigned char> corpus = GenerateCorpus();
-    return corpus;
-}
-
-// LoadXmlStream takes a non-const buffer but copies it.
-unsigned char* CorpusData() {
-    return const_cast<unsigned char*>(Corpus().data());
-}
-
-unsigned long CorpusSize() {
-    return static_cast<unsigned long>(Corpus().size());
-}
 
 std::unique_ptr<CXmlDocument> LoadCorpus() {
     auto doc = std::make_unique<CXmlDocument>();
     doc->LoadXmlStream(CorpusData(), CorpusSize());
     return doc;
-}
-
-// Heap bytes in use, mmap'd blocks included (large buffers live there).
-size_t HeapInUse() {
-    const struct mallinfo2 info = mallinfo2();
-    return info.uordblks + info.hblkhd;
 }
 
 struct TreeCounts {

@@ -1,0 +1,96 @@
+// Binding the shared purchase-order corpus: FromXmlStream and ToXmlStream (UTF-8) beside bare
+// expat reading the same bytes, and the heap held while reading.
+
+#define XML_UNICODE
+
+#include "BenchCorpus.h"
+#include "OrdersBinding.h"
+
+#include <benchmark/benchmark.h>
+#include <expat.h>
+
+using namespace bench;
+using namespace QvXmlLib16;
+
+namespace {
+
+void XMLCALL NoStart(void*, const XML_Char*, const XML_Char**) {}
+
+void XMLCALL NoEnd(void*, const XML_Char*) {}
+
+void XMLCALL NoText(void*, const XML_Char*, int) {}
+
+void BM_BareExpat(benchmark::State& state) {
+    const char* data = reinterpret_cast<const char*>(CorpusData());
+    for (auto _ : state) {
+        XML_Parser parser = XML_ParserCreateNS(nullptr, '|');
+        XML_SetElementHandler(parser, NoStart, NoEnd);
+        XML_SetCharacterDataHandler(parser, NoText);
+        if (XML_Parse(parser, data, static_cast<int>(CorpusSize()), 1) != XML_STATUS_OK)
+            state.SkipWithError("expat failed");
+        XML_ParserFree(parser);
+    }
+    state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(CorpusSize()));
+}
+
+void BM_FromXmlStream(benchmark::State& state) {
+    size_t orders = 0;
+    for (auto _ : state) {
+        CSmartPtr<orders::COrders> document = new orders::COrders();
+        document->FromXmlStream(CorpusData(), CorpusSize());
+        orders = static_cast<size_t>(document->Orders->GetCount());
+        state.PauseTiming();
+        document = nullptr;
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(CorpusSize()));
+    state.counters["orders"] = static_cast<double>(orders);
+}
+
+const orders::COrders& LoadedOrders() {
+    static const CSmartPtr<orders::COrders> loaded = [] {
+        CSmartPtr<orders::COrders> document = new orders::COrders();
+        document->FromXmlStream(CorpusData(), CorpusSize());
+        return document;
+    }();
+    return *loaded;
+}
+
+void BM_ToXmlStream(benchmark::State& state) {
+    const orders::COrders& document = LoadedOrders();
+    CSerializationContext ctx;
+    ctx.SetDefaultNamespaceURI(orders::kNs);
+    size_t bytes = 0;
+    for (auto _ : state) {
+        CBinaryData out = document.ToXmlStream(true, true, Encoding_UTF8, EOL_LF, ctx);
+        bytes = out.GetLength();
+    }
+    state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(bytes));
+}
+
+// The peak of the heap while a read runs: the tree and the objects exist together at the end.
+void BM_PeakMemoryWhileReading(benchmark::State& state) {
+    CorpusData();
+    size_t peak = 0, objects = 0;
+    for (auto _ : state) {
+        const size_t before = HeapInUse();
+        CSmartPtr<orders::COrders> document = new orders::COrders();
+        {
+            CXmlDocument tree;
+            tree.LoadXmlStream(CorpusData(), CorpusSize());
+            CXmlElement* root = tree.GetDocumentElement();
+            document->FromXmlElement(root);
+            peak = HeapInUse() - before;
+        }
+        objects = HeapInUse() - before;
+    }
+    state.counters["peak_per_input_byte"] = double(peak) / double(CorpusSize());
+    state.counters["objects_per_input_byte"] = double(objects) / double(CorpusSize());
+}
+
+} // namespace
+
+BENCHMARK(BM_BareExpat)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FromXmlStream)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ToXmlStream)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PeakMemoryWhileReading)->Unit(benchmark::kMillisecond)->Iterations(1);
