@@ -10,6 +10,7 @@
 #include <QvXmlLib16/XmlWriter.h>
 
 #include <cwctype>
+#include <optional>
 #include <vector>
 
 namespace QvXmlLib16 {
@@ -110,9 +111,12 @@ void CXmlGeneratedClass::CleanMetaData(CParentElementInfo*& classInfo, CElementI
 
 void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isRoot, const wchar_t* namespaceUri,
                                    const CSerializationContext& ctx, bool optionalChoice) const {
-    NestingGuard guard(nullptr);
     const CParentElementInfo* info = GetClassInfo();
     const bool ownElement = info->m_elementType == XmlElementType_Element;
+    // Only elements of their own are levels of the document.
+    std::optional<NestingGuard> guard;
+    if (ownElement)
+        guard.emplace(nullptr);
     if (ownElement) {
         if (isRoot) {
             for (const std::wstring& pi : ctx.GetProcessingInstructions())
@@ -224,7 +228,9 @@ bool CXmlGeneratedClass::ProcessElementChoiceToXml(const CSerializationContext& 
 CXmlElement* CXmlGeneratedClass::FromXml_Int(CXmlElement* element, CXmlElement* cursor,
                                              const CSerializationContext& ctx,
                                              bool optionalChoice) {
-    NestingGuard guard(element);
+    std::optional<NestingGuard> guard;
+    if (GetClassInfo()->m_elementType == XmlElementType_Element)
+        guard.emplace(element);
     try {
         return ReadContent(element, cursor, ctx, optionalChoice);
     } catch (const CQvException& e) {

@@ -83,14 +83,13 @@ inline void ReadOwnElement(const CElementInfo& info, const CSerializationContext
     *current = element.GetNextSiblingElement();
 }
 
-// An optional member made by a factory: filled and stored, or skipped when the factory
-// declines the element.
+// An optional member made by a factory: filled and stored. When the factory declines the
+// element (an unknown xsi:type, say) it is left where it is, so the reader reports it as an
+// unexpected element rather than dropping it.
 inline void ReadCreatedMember(const CElementInfo& info, const CSerializationContext& ctx,
                               CXmlGeneratedClass* object, const CSmartPtr<CXmlObjectBase>& member,
                               CXmlElement** current) {
-    if (member.IsNull())
-        *current = (*current)->GetNextSiblingElement();
-    else
+    if (!member.IsNull())
         ReadOwnElement(info, ctx, object, member, current);
 }
 

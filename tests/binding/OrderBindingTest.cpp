@@ -71,3 +71,23 @@ TEST(OrderBinding, ReadsBackEveryMemberKind) {
     // What was read writes back to the same text.
     EXPECT_EQ(order->ToXml(true, true, EOL_LF, DefaultNamespaceContext()), kFullOrderXml);
 }
+
+// An element the factory declines is not dropped: the reader reports what it could not take.
+TEST(OrderBinding, UnknownXsiTypeIsReported) {
+    std::wstring xml = kFullOrderXml;
+    const std::wstring known = L"AA:type=\"CircleType\"";
+    xml.replace(xml.find(known), known.size(), L"AA:type=\"TriangleType\"");
+    CSmartPtr<COrder> order = new COrder();
+    try {
+        order->FromXml(xml.c_str());
+        ADD_FAILURE() << "nothing thrown";
+    } catch (const CQvException& e) {
+        EXPECT_EQ(e.GetFullMessage(), L"Failed to find the required child element [Contact].\n"
+                                      L"Path: /Order");
+    }
+    CSerializationContext lenient;
+    lenient.SetIgnoreUnknownElements(true);
+    order->FromXml(xml.c_str(), lenient);
+    EXPECT_TRUE(order->Shape.IsNull());
+    EXPECT_EQ(order->Contact->Phone, L"+41 44 000 00 00");
+}
