@@ -39,10 +39,12 @@ namespace QvXmlLib16::msg {
 
 // Primitive collections
 inline constexpr wchar_t kIndexOutOfRange[] = L"Index out of range";
-inline constexpr wchar_t kDateKindDate[] = L"Dates added to this collection must be of type dt_date";
+inline constexpr wchar_t kDateKindDate[] =
+    L"Dates added to this collection must be of type dt_date";
 inline constexpr wchar_t kDateKindDateTime[] =
     L"Dates added to this collection must be of type dt_dateTime";
-inline constexpr wchar_t kDateKindTime[] = L"Dates added to this collection must be of type dt_time";
+inline constexpr wchar_t kDateKindTime[] =
+    L"Dates added to this collection must be of type dt_time";
 inline constexpr wchar_t kDateKindMonthDay[] =
     L"Dates added to this collection must be of type dt_gMonthDay";
 inline constexpr wchar_t kDateKindYearMonth[] =
