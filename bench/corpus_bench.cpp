@@ -1,34 +1,22 @@
 // Binding the shared purchase-order corpus: FromXmlStream and ToXmlStream (UTF-8) beside bare
 // expat reading the same bytes, and the heap held while reading.
 
-#define XML_UNICODE
-
+#include "BareExpat.h"
 #include "BenchCorpus.h"
 #include "OrdersBinding.h"
 
 #include <benchmark/benchmark.h>
-#include <expat.h>
 
 using namespace bench;
 using namespace QvXmlLib16;
 
 namespace {
 
-void XMLCALL NoStart(void*, const XML_Char*, const XML_Char**) {}
-
-void XMLCALL NoEnd(void*, const XML_Char*) {}
-
-void XMLCALL NoText(void*, const XML_Char*, int) {}
-
 void BM_BareExpat(benchmark::State& state) {
     const char* data = reinterpret_cast<const char*>(CorpusData());
     for (auto _ : state) {
-        XML_Parser parser = XML_ParserCreateNS(nullptr, '|');
-        XML_SetElementHandler(parser, NoStart, NoEnd);
-        XML_SetCharacterDataHandler(parser, NoText);
-        if (XML_Parse(parser, data, static_cast<int>(CorpusSize()), 1) != XML_STATUS_OK)
-            state.SkipWithError("expat failed");
-        XML_ParserFree(parser);
+        if (!ParseWithBareExpat(data, static_cast<int>(CorpusSize())))
+            state.SkipWithError("expat failed on the corpus");
     }
     state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(CorpusSize()));
 }
