@@ -1,4 +1,6 @@
 # The two commands of the README, plus the checks CI runs.
+#   make demo            build and run the purchase-order demo on its bundled sample (installs
+#                        missing Debian packages as root)
 #   make test            build and run every test (installs missing Debian packages as root)
 #   make test-sanitize   the same suite under AddressSanitizer and UndefinedBehaviorSanitizer
 #   make test-tsan       the concurrency tests under ThreadSanitizer
@@ -15,14 +17,21 @@ WERROR := $(if $(CI),ON,OFF)
 CMAKE_ARGS := -G Ninja -DQVXML_WERROR=$(WERROR)
 SOURCES = $(shell git ls-files '*.cpp' '*.h' 2>/dev/null || find include src tests bench -name '*.cpp' -o -name '*.h')
 
-.PHONY: deps build test test-sanitize test-tsan bench format format-check install-check demo
+.PHONY: deps configure build test test-sanitize test-tsan bench format format-check install-check demo
 
 deps:
 	@./.ci/install-deps.sh $(PACKAGES)
 
-build: deps
+configure: deps
 	cmake -S . -B $(BUILD) $(CMAKE_ARGS)
+
+build: configure
 	cmake --build $(BUILD) -j $(JOBS)
+
+# Builds the library and the demo only, so a first run is quick.
+demo: configure
+	cmake --build $(BUILD) -j $(JOBS) --target purchase_order_demo
+	./$(BUILD)/examples/purchase_order_demo examples/purchase-order
 
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
