@@ -63,16 +63,30 @@ inline void AppendWide(std::string& out, const wchar_t* s, size_t count, bool ex
 inline void AppendUtf16(std::string& out, const char16_t* s, size_t count, bool excludingCR) {
     size_t i = 0;
     while (i < count) {
-        // Runs of ASCII go in one append.
+        // Runs of ASCII go in one append; eight units are tested at a time while they last.
         size_t run = i;
+        while (count - run >= 8) {
+            unsigned high = 0, special = 0;
+            for (int k = 0; k < 8; ++k) {
+                high |= s[run + k];
+                special |= (s[run + k] == u'\r') | (s[run + k] == 0);
+            }
+            if (high >= 0x80 || special)
+                break;
+            run += 8;
+        }
         while (run < count && s[run] < 0x80 && s[run] != u'\r' && s[run] != 0)
             ++run;
         if (run > i) {
-            const size_t start = out.size();
-            out.resize(start + (run - i));
-            for (size_t k = i; k < run; ++k)
-                out[start + (k - i)] = static_cast<char>(s[k]);
-            i = run;
+            // Narrowed through a small buffer: growing the string first would zero it.
+            char chunk[256];
+            while (i < run) {
+                const size_t n = run - i < sizeof chunk ? run - i : sizeof chunk;
+                for (size_t k = 0; k < n; ++k)
+                    chunk[k] = static_cast<char>(s[i + k]);
+                out.append(chunk, n);
+                i += n;
+            }
             continue;
         }
         std::uint32_t c = s[i++];

@@ -99,7 +99,8 @@ struct CExpatReader::Impl {
             hash = (hash ^ raw[length]) * 16777619u;
         CachedName& slot = nameCache[hash % kNameCacheSize];
         const char16_t* units = reinterpret_cast<const char16_t*>(raw);
-        if (slot.raw.size() != length || slot.raw.compare(0, length, units, length) != 0) {
+        if (slot.raw.size() != length
+            || std::memcmp(slot.raw.data(), units, length * sizeof(char16_t)) != 0) {
             slot.raw.assign(units, length);
             slot.names = Split(raw, length);
         }
