@@ -183,6 +183,20 @@ unsigned long ConvertUTF32toUTF8(const wchar_t* source, const wchar_t* sourceEnd
         const wchar_t* run = source;
         const wchar_t* stop =
             counting ? sourceEnd : run + std::min<size_t>(sourceEnd - run, targetEnd - target);
+        // Four characters at a time while none has a bit above 0x7F.
+        while (stop - run >= 4) {
+            std::uint64_t pair1, pair2;
+            std::memcpy(&pair1, run, 8);
+            std::memcpy(&pair2, run + 2, 8);
+            if ((pair1 | pair2) & 0xFFFFFF80FFFFFF80ULL)
+                break;
+            if (!counting) {
+                for (int k = 0; k < 4; ++k)
+                    target[k] = static_cast<unsigned char>(run[k]);
+                target += 4;
+            }
+            run += 4;
+        }
         if (counting) {
             while (run < stop && static_cast<std::uint32_t>(*run) < 0x80)
                 ++run;

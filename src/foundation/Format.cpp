@@ -228,10 +228,25 @@ std::wstring FormatString(const wchar_t* format, ...) {
     return result;
 }
 
+// What "%0*d" prints, without the formatter: dates print several of these per value.
 std::wstring PadZero(int value, unsigned char width) {
-    wchar_t buffer[256];
-    const int written = std::swprintf(buffer, 256, L"%0*d", static_cast<int>(width), value);
-    return written < 0 ? std::wstring() : std::wstring(buffer, static_cast<size_t>(written));
+    wchar_t digits[16];
+    wchar_t* p = digits + 16;
+    unsigned magnitude =
+        value < 0 ? 0u - static_cast<unsigned>(value) : static_cast<unsigned>(value);
+    do {
+        *--p = static_cast<wchar_t>(L'0' + magnitude % 10);
+        magnitude /= 10;
+    } while (magnitude != 0);
+    const size_t count = static_cast<size_t>(digits + 16 - p);
+    const size_t sign = value < 0 ? 1 : 0;
+    const size_t zeros = width > count + sign ? width - count - sign : 0;
+    std::wstring text;
+    text.reserve(sign + zeros + count);
+    if (sign)
+        text += L'-';
+    text.append(zeros, L'0');
+    return text.append(p, count);
 }
 
 std::wstring TrimTrainingZeros(std::wstring s) {
