@@ -1,4 +1,5 @@
 #include "binding/BindingMessages.h"
+#include "foundation/BooleanText.h"
 #include "metadata/MetadataMessages.h"
 
 #include <QvXmlLib16/AttributeInfo.h>
@@ -9,7 +10,6 @@
 #include <QvXmlLib16/XmlGeneratedClass.h>
 #include <QvXmlLib16/XmlWriter.h>
 
-#include <cwctype>
 #include <optional>
 #include <vector>
 
@@ -43,15 +43,6 @@ private:
         return depth;
     }
 };
-
-bool EqualsIgnoringCase(const std::wstring& a, const wchar_t* b) {
-    size_t i = 0;
-    for (; i < a.size() && b[i]; ++i) {
-        if (std::towlower(a[i]) != std::towlower(b[i]))
-            return false;
-    }
-    return i == a.size() && !b[i];
-}
 
 } // namespace
 
@@ -283,13 +274,13 @@ void CXmlGeneratedClass::ReadNilAttribute(CXmlAttribute& attribute, const CXmlEl
     if (!nillable)
         throw CQvValidationException(msg::kNilOnNonNillable, element.GetXPath());
     const std::wstring value = attribute.GetValue();
-    if (EqualsIgnoringCase(value, L"true") || value == L"1")
-        nillable->SetNil(true);
-    else if (EqualsIgnoringCase(value, L"false") || value == L"0")
-        nillable->SetNil(false);
-    else
-        throw CQvValidationException(FormatString(msg::kBadNilValueFmt, value.c_str()),
-                                     attribute.GetXPath());
+    switch (detail::ReadBooleanText(value)) {
+    case detail::BooleanText::True: nillable->SetNil(true); return;
+    case detail::BooleanText::False: nillable->SetNil(false); return;
+    case detail::BooleanText::Invalid: break;
+    }
+    throw CQvValidationException(FormatString(msg::kBadNilValueFmt, value.c_str()),
+                                 attribute.GetXPath());
 }
 
 void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& ctx,

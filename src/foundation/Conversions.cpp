@@ -1,3 +1,4 @@
+#include "foundation/BooleanText.h"
 #include "foundation/FoundationMessages.h"
 
 #include <QvXmlLib16/Conversions.h>
@@ -11,17 +12,6 @@ namespace QvXmlLib16 {
 
 namespace {
 
-// ASCII only, so no locale can fold another letter onto the word.
-bool EqualsIgnoreCase(const std::wstring& text, const wchar_t* word) {
-    size_t i = 0;
-    for (; i < text.size() && word[i] != L'\0'; ++i) {
-        const wchar_t c = text[i] >= L'A' && text[i] <= L'Z' ? text[i] + (L'a' - L'A') : text[i];
-        if (c != word[i])
-            return false;
-    }
-    return i == text.size() && word[i] == L'\0';
-}
-
 CDateTime ParseDate(const std::wstring& raw, CConversions::Rule rule, CDateTime::DTType kind,
                     void (CDateTime::*parse)(const wchar_t*)) {
     const std::wstring text = CWhitespaceUtils::ApplyRule(rule, raw);
@@ -34,10 +24,11 @@ CDateTime ParseDate(const std::wstring& raw, CConversions::Rule rule, CDateTime:
 
 bool CConversions::booleanFromString(const std::wstring& raw, Rule rule) {
     const std::wstring text = CWhitespaceUtils::ApplyRule(rule, raw);
-    if (EqualsIgnoreCase(text, L"true") || text == L"1")
-        return true;
-    if (EqualsIgnoreCase(text, L"false") || text == L"0")
-        return false;
+    switch (detail::ReadBooleanText(text)) {
+    case detail::BooleanText::True: return true;
+    case detail::BooleanText::False: return false;
+    case detail::BooleanText::Invalid: break;
+    }
     throw CQvInvalidValueException(FormatString(msg::kInvalidBooleanFmt, raw.c_str()));
 }
 

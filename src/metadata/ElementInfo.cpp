@@ -1,3 +1,4 @@
+#include "foundation/BooleanText.h"
 #include "metadata/MetadataMessages.h"
 
 #include <QvXmlLib16/ElementInfo.h>
@@ -10,8 +11,6 @@
 #include <QvXmlLib16/XmlObjectHelper.h>
 #include <QvXmlLib16/XmlWriter.h>
 
-#include <cwctype>
-
 namespace QvXmlLib16Data {
 
 using namespace QvXmlLib16;
@@ -20,15 +19,6 @@ namespace {
 
 std::wstring OrEmpty(const wchar_t* s) {
     return s ? s : L"";
-}
-
-bool EqualsIgnoringCase(const std::wstring& a, const wchar_t* b) {
-    size_t i = 0;
-    for (; i < a.size() && b[i]; ++i) {
-        if (std::towlower(a[i]) != std::towlower(b[i]))
-            return false;
-    }
-    return i == a.size() && !b[i];
 }
 
 } // namespace
@@ -247,11 +237,12 @@ bool CElementInfo::ReadNilAttributes(const CSerializationContext& ctx,
             continue;
         }
         const std::wstring text = attribute->GetValue();
-        if (EqualsIgnoringCase(text, L"false") || text == L"0") {
+        const detail::BooleanText value = detail::ReadBooleanText(text);
+        if (value == detail::BooleanText::False) {
             nil = false;
         } else if (!m_nillable) {
             throw CQvValidationException(msg::kNilOnNonNillable, element.GetXPath());
-        } else if (EqualsIgnoringCase(text, L"true") || text == L"1") {
+        } else if (value == detail::BooleanText::True) {
             nil = true;
         } else {
             throw CQvValidationException(FormatString(msg::kBadNilValueFmt, text.c_str()),
