@@ -84,9 +84,8 @@ private:
     CXmlElement* ReadContent(CXmlElement* element, CXmlElement* cursor,
                              const CSerializationContext& ctx, bool optionalChoice);
     void ReadNilAttribute(CXmlAttribute& attribute, const CXmlElement& element);
-    // Leftover children of an own element: skipped when unknown elements are ignored.
-    void ThrowLeftover(const CSerializationContext& ctx, const CXmlElement* element,
-                       const CXmlElement* cursor) const;
+    // The error for children of an own element that no member took.
+    [[noreturn]] void ThrowLeftover(const CXmlElement* element, const CXmlElement* cursor) const;
 };
 
 } // namespace QvXmlLib16

@@ -308,7 +308,7 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& c
         infos[i]->Validate(ctx, found[i]);
 }
 
-void CXmlGeneratedClass::ThrowLeftover(const CSerializationContext&, const CXmlElement* element,
+void CXmlGeneratedClass::ThrowLeftover(const CXmlElement* element,
                                        const CXmlElement* cursor) const {
     throw CQvValidationException(FormatString(msg::kLeftoverElementFmt,
                                               element->GetLocalName().c_str(),
@@ -335,7 +335,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CSerializationCo
     if (type == XmlElementType_Pseudo || !cursor)
         return cursor;
     if (!ctx.GetIgnoreUnknownElements())
-        ThrowLeftover(ctx, element, cursor);
+        ThrowLeftover(element, cursor);
     // Leftovers are skipped; what the last member recognises as its own it still takes (a
     // collection's items may stand between foreign elements).
     while (cursor) {
@@ -374,7 +374,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementChoiceFromXml(const CSerializatio
     }
     if (type != XmlElementType_Element || !cursor || ctx.GetIgnoreUnknownElements())
         return cursor;
-    ThrowLeftover(ctx, element, cursor);
+    ThrowLeftover(element, cursor);
     return cursor;
 }
 
@@ -400,7 +400,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementAllFromXml(const CSerializationCo
             return start;
     }
     if (type == XmlElementType_Element && cursor && !ctx.GetIgnoreUnknownElements())
-        ThrowLeftover(ctx, element, cursor);
+        ThrowLeftover(element, cursor);
     return cursor;
 }
 
