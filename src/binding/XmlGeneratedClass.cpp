@@ -375,7 +375,6 @@ CXmlElement* CXmlGeneratedClass::ProcessElementChoiceFromXml(const CSerializatio
     if (type != XmlElementType_Element || !cursor || ctx.GetIgnoreUnknownElements())
         return cursor;
     ThrowLeftover(element, cursor);
-    return cursor;
 }
 
 CXmlElement* CXmlGeneratedClass::ProcessElementAllFromXml(const CSerializationContext& ctx,
