@@ -319,3 +319,59 @@ TEST(Restrictions, DispatchErrors) {
         ExpectThrowMsg<CQvException>(tc.call, tc.message);
     }
 }
+
+// With no facet set nothing is parsed or counted, but a variant of another type is refused as
+// before, and only by the types whose getters check.
+TEST(Restrictions, WithoutFacetsOnlyTheTypeIsChecked) {
+    const CPrimitiveRestrictions none;
+    QvVariant i4;
+    i4.SetI4(7);
+
+    struct Sample {
+        ItemType type;
+        const wchar_t* text;
+    };
+
+    const Sample checked[] = {
+        {ItemType_hexBinary, L"00"},
+        {ItemType_base64Binary, L"AA=="},
+        {ItemType_duration, L"P1D"},
+        {ItemType_yearMonth, L"2024-01"},
+        {ItemType_monthDay, L"--01-02"},
+        {ItemType_date, L"2024-01-02"},
+        {ItemType_datetime, L"2024-01-02T03:04:05"},
+        {ItemType_time, L"03:04:05"},
+        {ItemType_string, L"s"},
+        {ItemType_decimal, L"1.5"},
+        {ItemType_integer, L"12"},
+    };
+    for (const Sample& tc : checked) {
+        SCOPED_TRACE(static_cast<int>(tc.type));
+        ExpectThrowMsg<CQvException>([&] { H::CheckRestriction(L"n", i4, tc.type, none); },
+                                     L"Invalid Type 5");
+        QvVariant value = Parsed(tc.type, tc.text);
+        EXPECT_NO_THROW(H::CheckRestriction(L"n", value, tc.type, none));
+        value.SetNil();
+        EXPECT_NO_THROW(H::CheckRestriction(L"n", value, tc.type, none));
+    }
+    QvVariant text;
+    text.SetString(L"x");
+    const ItemType unchecked[] = {ItemType_i1,  ItemType_i2,     ItemType_i4,   ItemType_i8,
+                                  ItemType_ui1, ItemType_ui2,    ItemType_ui4,  ItemType_ui8,
+                                  ItemType_r4,  ItemType_r8,     ItemType_year, ItemType_month,
+                                  ItemType_day, ItemType_boolean};
+    for (const ItemType type : unchecked) {
+        SCOPED_TRACE(static_cast<int>(type));
+        EXPECT_NO_THROW(H::CheckRestriction(L"n", text, type, none));
+    }
+    // One facet anywhere brings every check back, the digit counts included.
+    const QvVariant price = Parsed(ItemType_decimal, L"12.345");
+    EXPECT_NO_THROW(
+        H::CheckRestriction(L"n", price, ItemType_decimal, Facets().Pattern(L"x").Make()));
+    ExpectThrowMsg<CQvException>(
+        [&] { H::CheckRestriction(L"n", price, ItemType_decimal, Facets().Fraction(2).Make()); },
+        L"Invalid Value for n [12.345].");
+    ExpectThrowMsg<CQvException>(
+        [&] { H::CheckRestriction(L"n", price, ItemType_decimal, Facets().Digits(4).Make()); },
+        L"Invalid Value for n [12.345].");
+}
