@@ -5,6 +5,7 @@
 #include <QvXmlLib16/Decimal.h>
 #include <QvXmlLib16/QvException.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cwchar>
 
@@ -135,7 +136,10 @@ void CBigInteger::Parse(const wchar_t* text) {
 }
 
 std::wstring CBigInteger::ToString() const {
-    return (m_sign < 0 ? L"-" : L"") + detail::MagToString(m_limbs);
+    const size_t sign = m_sign < 0 ? 1 : 0;
+    std::wstring out(sign + std::max<size_t>(detail::DecimalDigitCount(m_limbs), 1), L'-');
+    detail::MagDigitsBefore(m_limbs, out.data() + out.size());
+    return out;
 }
 
 CBigInteger& CBigInteger::Abs() {

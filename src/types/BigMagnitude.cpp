@@ -94,6 +94,17 @@ Limbs MulKaratsuba(const Limbs& a, const Limbs& b) {
     return out;
 }
 
+constexpr char kDigitPairs[] = "00010203040506070809101112131415161718192021222324252627282930"
+                               "31323334353637383940414243444546474849505152535455565758596061"
+                               "62636465666768697071727374757677787980818283848586878889909192"
+                               "939495969798999";
+
+wchar_t* PutPair(wchar_t* p, uint32_t pair) {
+    *--p = static_cast<wchar_t>(kDigitPairs[2 * pair + 1]);
+    *--p = static_cast<wchar_t>(kDigitPairs[2 * pair]);
+    return p;
+}
+
 } // namespace
 
 void Trim(Limbs& a) {
@@ -274,18 +285,31 @@ Limbs MagFromUnsigned(unsigned long long value) {
 }
 
 std::wstring MagToString(const Limbs& a) {
-    if (a.empty())
-        return L"0";
-    std::wstring out = std::to_wstring(a.back());
-    out.reserve(a.size() * kLimbDigits);
-    wchar_t block[kLimbDigits];
-    for (size_t i = a.size() - 1; i-- > 0;) {
-        uint32_t limb = a[i];
-        for (size_t d = kLimbDigits; d-- > 0; limb /= 10)
-            block[d] = static_cast<wchar_t>(L'0' + limb % 10);
-        out.append(block, kLimbDigits);
-    }
+    std::wstring out(std::max<size_t>(DecimalDigitCount(a), 1), L'0');
+    MagDigitsBefore(a, out.data() + out.size());
     return out;
+}
+
+// Two digits per division; a limb below the top one always gives nine, zeros included.
+wchar_t* MagDigitsBefore(const Limbs& a, wchar_t* end) {
+    wchar_t* p = end;
+    if (a.empty()) {
+        *--p = L'0';
+        return p;
+    }
+    for (size_t i = 0; i + 1 < a.size(); ++i) {
+        uint32_t limb = a[i];
+        for (int k = 0; k < 4; ++k, limb /= 100)
+            p = PutPair(p, limb % 100);
+        *--p = static_cast<wchar_t>(L'0' + limb);
+    }
+    uint32_t top = a.back();
+    for (; top >= 100; top /= 100)
+        p = PutPair(p, top % 100);
+    if (top >= 10)
+        return PutPair(p, top);
+    *--p = static_cast<wchar_t>(L'0' + top);
+    return p;
 }
 
 } // namespace QvXmlLib16::detail

@@ -35,6 +35,9 @@ size_t DecimalDigitCount(const Limbs& a);
 Limbs MagFromDigits(const wchar_t* first, const wchar_t* last);
 Limbs MagFromUnsigned(unsigned long long value);
 std::wstring MagToString(const Limbs& a);
+// Writes a's digits ("0" for zero) so the last one lands just before end; returns the first.
+// There must be room for DecimalDigitCount(a) digits, and for one at least.
+wchar_t* MagDigitsBefore(const Limbs& a, wchar_t* end);
 
 } // namespace QvXmlLib16::detail
 

@@ -139,13 +139,24 @@ void CDecimal::Parse(const wchar_t* text) {
     m_scale = static_cast<int>(read.scale);
 }
 
+// Built in place: the digits are written right-aligned without the point, zeros before them
+// where the scale asks for more, and the fraction then moves one place right to make room.
 std::wstring CDecimal::ToString() const {
-    std::wstring digits = detail::MagToString(BigIntegerAccess::Mag(m_value));
-    if (digits.size() <= static_cast<size_t>(m_scale))
-        digits.insert(0, static_cast<size_t>(m_scale) + 1 - digits.size(), L'0');
-    if (m_scale > 0)
-        digits.insert(digits.size() - static_cast<size_t>(m_scale), 1, L'.');
-    return (m_value.IsNegative() ? L"-" : L"") + digits;
+    const detail::Limbs& mag = BigIntegerAccess::Mag(m_value);
+    const size_t scale = static_cast<size_t>(m_scale);
+    const size_t count = std::max<size_t>(detail::DecimalDigitCount(mag), 1);
+    const size_t integerDigits = count > scale ? count - scale : 1;
+    const size_t sign = m_value.IsNegative() ? 1 : 0;
+    std::wstring out(sign + integerDigits + (scale > 0 ? scale + 1 : 0), L'0');
+    wchar_t* const digitsEnd = out.data() + sign + integerDigits + scale;
+    detail::MagDigitsBefore(mag, digitsEnd);
+    if (scale > 0) {
+        std::wmemmove(digitsEnd - scale + 1, digitsEnd - scale, scale);
+        digitsEnd[-static_cast<std::ptrdiff_t>(scale)] = L'.';
+    }
+    if (sign)
+        out[0] = L'-';
+    return out;
 }
 
 std::wstring CDecimal::ToString(int digits) const {

@@ -100,6 +100,20 @@ TEST(CBigInteger, ConstructsAndPrints) {
         L"A CBigInteger cannot hold an infinite or NaN double.");
 }
 
+// Every digit count around the nine-digit limb boundaries, both signs.
+TEST(CBigInteger, PrintsEveryDigitCount) {
+    __int128 power = 1;
+    for (int k = 0; k <= 37; ++k, power *= 10) {
+        for (const __int128 value : {power, power - 1, power + 1, -power, -(power - 1)}) {
+            const std::wstring expected = Int128Text(value);
+            SCOPED_TRACE(qvtest::Narrow(expected));
+            ASSERT_EQ(Big(expected).ToString(), expected);
+            ASSERT_EQ((Big(expected) * Big(L"1000000000")).ToString(),
+                      value == 0 ? L"0" : expected + L"000000000");
+        }
+    }
+}
+
 TEST(CBigInteger, Parse) {
     struct Case {
         const wchar_t* text;

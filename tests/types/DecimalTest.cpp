@@ -82,6 +82,21 @@ TEST(CDecimal, ParsesAndPrints) {
     EXPECT_EQ(Dec(L"1e-10000").ToString(), L"0." + std::wstring(9999, L'0') + L"1");
 }
 
+// Every digit count around the nine-digit limb boundaries, with the point anywhere and beyond.
+TEST(CDecimal, PrintsEveryDigitCountAndScale) {
+    __int128 power = 1;
+    for (int k = 0; k <= 37; ++k, power *= 10) {
+        for (const __int128 value : {power, power - 1, -power, -(power - 1), power + 7}) {
+            for (int scale = 0; scale <= k + 2; ++scale) {
+                const std::wstring expected = ScaledText(value, scale);
+                SCOPED_TRACE(qvtest::Narrow(expected));
+                const CDecimal parsed = Dec(ScaledText(value, 0) + L"e-" + std::to_wstring(scale));
+                ASSERT_EQ(parsed.ToString(), expected);
+            }
+        }
+    }
+}
+
 TEST(CDecimal, ParseFailures) {
     struct Case {
         const wchar_t* text;
