@@ -93,6 +93,8 @@ public:
     wchar_t GetChar() const;
     void SetString(const std::wstring& value);
     std::wstring GetString() const;
+    // The stored string itself, valid until the variant changes; throws as GetString does.
+    const std::wstring& GetStringRef() const;
     void SetBoolean(bool value);
     bool GetBoolean() const;
     void SetDecimal(const CDecimal& value);

@@ -1,5 +1,6 @@
 #include "binding/BindingMessages.h"
 #include "foundation/BooleanText.h"
+#include "foundation/VariantText.h"
 #include "metadata/MetadataMessages.h"
 
 #include <QvXmlLib16/AttributeInfo.h>
@@ -162,9 +163,11 @@ void CXmlGeneratedClass::WriteSimpleContent(CXmlWriter* writer) const {
     ReadProperty(info->m_valuePropertyIndex, value);
     if (value.IsNil())
         writer->WriteAttributeNil();
-    else
-        writer->WriteString(value.ToString(info->m_valueFormat.c_str()), value.GetItemType(),
-                            false);
+    else {
+        std::wstring scratch;
+        writer->WriteString(detail::VariantText(value, info->m_valueFormat.c_str(), scratch),
+                            value.GetItemType(), false);
+    }
 }
 
 void CXmlGeneratedClass::AttributesToXml_Int(CXmlWriter* writer,

@@ -224,6 +224,9 @@ void QvVariant::SetChar(wchar_t v) { StoreScalar(ItemType_char, v); }
 wchar_t QvVariant::GetChar() const { return LoadScalar<wchar_t>(); }
 void QvVariant::SetString(const std::wstring& v) { StoreOwned(ItemType_string, v); }
 std::wstring QvVariant::GetString() const { return LoadOwned<std::wstring>(ItemType_string); }
+const std::wstring& QvVariant::GetStringRef() const {
+    return LoadOwned<std::wstring>(ItemType_string);
+}
 void QvVariant::SetBoolean(bool v) { StoreScalar(ItemType_boolean, v); }
 bool QvVariant::GetBoolean() const { return LoadScalar<bool>(); }
 // Objects and collections are both kept as CXmlObjectBase pointers.
@@ -271,7 +274,8 @@ std::wstring QvVariant::ToString(const wchar_t* format) const {
     using C = CConversions;
     if (m_nil)
         return std::wstring();
-    const std::wstring numberFormat = format ? format : L"";
+    // Only the real and decimal types read the format.
+    auto numberFormat = [format] { return std::wstring(format ? format : L""); };
     switch (m_type) {
     case ItemType_hexBinary: return C::hexBinaryToString(LoadOwned<CBinaryData>(m_type));
     case ItemType_base64Binary: return C::base64BinaryToString(LoadOwned<CBinaryData>(m_type));
@@ -283,8 +287,8 @@ std::wstring QvVariant::ToString(const wchar_t* format) const {
     case ItemType_ui2: return C::ui2ToString(GetUI2());
     case ItemType_ui4: return C::ui4ToString(GetUI4());
     case ItemType_ui8: return C::ui8ToString(GetUI8());
-    case ItemType_r4: return C::r4ToString(GetR4(), numberFormat);
-    case ItemType_r8: return C::r8ToString(GetR8(), numberFormat);
+    case ItemType_r4: return C::r4ToString(GetR4(), numberFormat());
+    case ItemType_r8: return C::r8ToString(GetR8(), numberFormat());
     case ItemType_duration: return C::durationToString(LoadOwned<CDateTimeSpan>(m_type));
     case ItemType_yearMonth: return C::yearMonthToString(LoadOwned<CDateTime>(m_type));
     case ItemType_monthDay: return C::monthDayToString(LoadOwned<CDateTime>(m_type));
@@ -297,7 +301,7 @@ std::wstring QvVariant::ToString(const wchar_t* format) const {
     case ItemType_char: return C::charToString(GetChar());
     case ItemType_string: return LoadOwned<std::wstring>(m_type);
     case ItemType_boolean: return C::booleanToString(GetBoolean());
-    case ItemType_decimal: return C::decimalToString(LoadOwned<CDecimal>(m_type), numberFormat);
+    case ItemType_decimal: return C::decimalToString(LoadOwned<CDecimal>(m_type), numberFormat());
     case ItemType_integer: return C::integerToString(LoadOwned<CBigInteger>(m_type));
     default: ThrowNotConvertible(m_type);
     }

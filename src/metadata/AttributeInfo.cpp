@@ -1,3 +1,4 @@
+#include "foundation/VariantText.h"
 #include "metadata/MetadataMessages.h"
 
 #include <QvXmlLib16/AttributeInfo.h>
@@ -100,10 +101,12 @@ void CAttributeInfoPrimitive::AttributeToXml(const CSerializationContext& ctx,
     ReadProperty(object, value);
     if (m_optional && !value.IsValid())
         return;
-    const std::wstring text = value.ToString(m_numberFormat.c_str());
+    std::wstring scratch;
+    const std::wstring& text = detail::VariantText(value, m_numberFormat.c_str(), scratch);
     if (SkipAsDefault(ctx, m_optional, m_defaultValue, text))
         return;
-    CheckRestriction(value);
+    // As CheckRestriction, without its copy of the value.
+    CXmlObjectHelper::CheckRestriction(m_attributeName.c_str(), value, m_itemType, m_restrictions);
     writer->WriteAttributeString(m_attributeName, m_namespace, text, value.GetItemType());
 }
 

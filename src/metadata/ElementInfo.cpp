@@ -1,4 +1,5 @@
 #include "foundation/BooleanText.h"
+#include "foundation/VariantText.h"
 #include "metadata/MetadataMessages.h"
 
 #include <QvXmlLib16/ElementInfo.h>
@@ -195,7 +196,8 @@ bool CElementInfo::ElementToXmlPrim(const CSerializationContext&, const CXmlGene
     }
     if (!value.IsValid())
         return false;
-    const std::wstring text = value.ToString(m_numberFormat.c_str());
+    std::wstring scratch;
+    const std::wstring& text = detail::VariantText(value, m_numberFormat.c_str(), scratch);
     // The schema default is written as such (the writer may leave it out) and not checked.
     const bool isDefault = !m_defaultValue.empty() && text == m_defaultValue;
     if (!isDefault)

@@ -168,6 +168,23 @@ TEST(QvVariant, GettersReturnWhatWasStored) {
     EXPECT_EQ(v.GetString(), L"xy");
 }
 
+// The reference reads the stored string in place: it follows later changes of the same string
+// and is empty, not absent, for nil.
+TEST(QvVariant, StringRefReadsTheStoredString) {
+    QvVariant v;
+    v.SetString(L"a longer string than any inline buffer");
+    const std::wstring& ref = v.GetStringRef();
+    EXPECT_EQ(ref, L"a longer string than any inline buffer");
+    EXPECT_EQ(&v.GetStringRef(), &ref);
+    EXPECT_EQ(v.GetString(), ref);
+    const QvVariant copy(v);
+    EXPECT_NE(&copy.GetStringRef(), &ref);
+    EXPECT_EQ(copy.GetStringRef(), ref);
+    v.SetNil();
+    EXPECT_EQ(v.GetStringRef(), L"");
+    EXPECT_EQ(v.ToString(), L"");
+}
+
 TEST(QvVariant, CopiesAreDeep) {
     QvVariant a;
     a.SetString(L"first");
@@ -209,6 +226,7 @@ TEST(QvVariant, TypeErrors) {
 
     const Case cases[] = {
         {ItemType_i4, [](QvVariant& v) { v.GetString(); }, L"Invalid Type 5"},
+        {ItemType_decimal, [](QvVariant& v) { v.GetStringRef(); }, L"Invalid Type 25"},
         {ItemType_i4, [](QvVariant& v) { v.GetHexBinary(); }, L"Invalid Type 5"},
         {ItemType_decimal, [](QvVariant& v) { v.GetInteger(); }, L"Invalid Type 25"},
         {ItemType_hexBinary, [](QvVariant& v) { v.GetBase64Binary(); }, L"Invalid Type 1"},
