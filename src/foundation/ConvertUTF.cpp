@@ -5,6 +5,10 @@
 #include <cstring>
 #include <vector>
 
+#if defined(__SSE2__)
+#include <emmintrin.h> // the ASCII runs of ConvertUTF32toUTF8
+#endif
+
 // Decoding follows the Unicode Consortium's reference conversion routines (trailing-byte and
 // offset tables, legality test), with a calling form of our own: units written are returned,
 // a null target counts, and ill-formed input ends the conversion.
@@ -183,6 +187,28 @@ unsigned long ConvertUTF32toUTF8(const wchar_t* source, const wchar_t* sourceEnd
         const wchar_t* run = source;
         const wchar_t* stop =
             counting ? sourceEnd : run + std::min<size_t>(sourceEnd - run, targetEnd - target);
+#if defined(__SSE2__)
+        // Sixteen characters at a time while none has a bit above 0x7F; two saturating packs
+        // then narrow them exactly.
+        const __m128i nonAscii = _mm_set1_epi32(~0x7F);
+        while (stop - run >= 16) {
+            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run));
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run + 4));
+            const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run + 8));
+            const __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run + 12));
+            const __m128i any =
+                _mm_and_si128(_mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d)), nonAscii);
+            if (_mm_movemask_epi8(_mm_cmpeq_epi32(any, _mm_setzero_si128())) != 0xFFFF)
+                break;
+            if (!counting) {
+                const __m128i bytes =
+                    _mm_packus_epi16(_mm_packs_epi32(a, b), _mm_packs_epi32(c, d));
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(target), bytes);
+                target += 16;
+            }
+            run += 16;
+        }
+#endif
         // Four characters at a time while none has a bit above 0x7F.
         while (stop - run >= 4) {
             std::uint64_t pair1, pair2;

@@ -89,6 +89,50 @@ TEST(ConvertUTF, Utf32ToUtf8) {
         });
 }
 
+// Long ASCII runs go sixteen characters at a time: one character that is not ASCII in any lane
+// of any block, and a target that ends inside a block, must come out as they do one by one.
+TEST(ConvertUTF, Utf32ToUtf8AsciiRuns) {
+    struct Odd {
+        wchar_t unit;
+        Bytes encoded;
+    };
+
+    const Odd odds[] = {{0x80, {0xC2, 0x80}},
+                        {0xE9, {0xC3, 0xA9}},
+                        {0x20AC, {0xE2, 0x82, 0xAC}},
+                        {wchar_t(-1), {0xEF, 0xBF, 0xBD}},
+                        {wchar_t(0x100), {0xC4, 0x80}}};
+    std::vector<ConvCase<wchar_t, unsigned char>> cases;
+    std::vector<std::string> names;
+    names.reserve(5 * 40 + 40);
+    for (const Odd& odd : odds) {
+        for (size_t at = 0; at < 40; ++at) {
+            Units32 source;
+            Bytes written;
+            for (size_t i = 0; i < 40; ++i) {
+                const wchar_t ascii = static_cast<wchar_t>(0x21 + (i * 7) % 94);
+                source.push_back(i == at ? odd.unit : ascii);
+                if (i == at)
+                    written.insert(written.end(), odd.encoded.begin(), odd.encoded.end());
+                else
+                    written.push_back(static_cast<unsigned char>(ascii));
+            }
+            names.push_back("unit " + std::to_string(unsigned(odd.unit)) + " at "
+                            + std::to_string(at));
+            cases.push_back({names.back().c_str(), source, written});
+        }
+    }
+    Units32 ascii(40);
+    for (size_t i = 0; i < ascii.size(); ++i)
+        ascii[i] = static_cast<wchar_t>(L'a' + i % 26);
+    for (long room = 0; room <= 40; ++room) {
+        names.push_back("room for " + std::to_string(room));
+        Bytes written(ascii.begin(), ascii.begin() + room);
+        cases.push_back({names.back().c_str(), ascii, written, room, 40});
+    }
+    RunCases<wchar_t, unsigned char>(ConvertUTF32toUTF8, cases);
+}
+
 TEST(ConvertUTF, Utf8ToUtf32) {
     RunCases<unsigned char, wchar_t>(
         ConvertUTF8toUTF32,
