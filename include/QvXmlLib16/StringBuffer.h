@@ -3,6 +3,7 @@
 #include <QvXmlLib16/Export.h>
 #include <QvXmlLib16/InstanceMonitor.h>
 
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,12 +41,34 @@ public:
 
     // count characters from s, zero characters included.
     void Append(const wchar_t* s, unsigned long count) {
-        if (count == 0 || count > 8 || m_lastCapacity - m_position < count) {
+        if (count == 0 || m_lastCapacity - m_position < count) {
             AppendRange(s, count);
             return;
         }
+        wchar_t* out = m_last + m_position;
+        if (count <= 8) {
+            for (unsigned long i = 0; i < count; ++i)
+                out[i] = s[i];
+        } else {
+            std::memcpy(out, s, count * sizeof(wchar_t));
+        }
+        m_position += count;
+        m_last[m_position] = L'\0';
+        m_length += count;
+    }
+
+    // count copies of c, for indentation.
+    void AppendRepeated(wchar_t c, unsigned long count) {
+        if (count == 0)
+            return;
+        if (m_lastCapacity - m_position < count) {
+            for (unsigned long i = 0; i < count; ++i)
+                Append(c);
+            return;
+        }
+        wchar_t* out = m_last + m_position;
         for (unsigned long i = 0; i < count; ++i)
-            m_last[m_position + i] = s[i];
+            out[i] = c;
         m_position += count;
         m_last[m_position] = L'\0';
         m_length += count;

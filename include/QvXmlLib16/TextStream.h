@@ -33,6 +33,8 @@ public:
 
     void Append(const wchar_t* s, unsigned long count) { m_buffer.Append(s, count); }
 
+    void AppendRepeated(wchar_t c, unsigned long count) { m_buffer.AppendRepeated(c, count); }
+
     // Characters buffered (not yet flushed).
     unsigned long GetLength() const { return m_buffer.GetLength(); }
 

@@ -76,6 +76,12 @@ private:
         m_stream.Append(text.data(), static_cast<unsigned long>(text.size()));
     }
 
+    // Literals go in by their known length too.
+    template <size_t N>
+    void PutLiteral(const wchar_t (&text)[N]) {
+        m_stream.Append(text, static_cast<unsigned long>(N - 1));
+    }
+
     void PutLineEnd() { Put(m_lineEnd); }
 
     void PutLineEndIfFormatted();

@@ -1,6 +1,7 @@
 #include <QvXmlLib16/StringBuffer.h>
 
 #include <algorithm>
+#include <cstring>
 #include <cwchar>
 
 namespace QvXmlLib16 {
@@ -41,7 +42,7 @@ void CStringBuffer::AppendRange(const wchar_t* s, size_t count) {
         if (m_position == m_lastCapacity)
             AddBlock(m_blockCapacity);
         const size_t chunk = std::min<size_t>(count, m_lastCapacity - m_position);
-        std::wmemcpy(m_last + m_position, s, chunk);
+        std::memcpy(m_last + m_position, s, chunk * sizeof(wchar_t));
         m_position += chunk;
         m_last[m_position] = L'\0';
         s += chunk;

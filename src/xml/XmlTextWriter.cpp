@@ -4,6 +4,7 @@
 #include <QvXmlLib16/QvException.h>
 #include <QvXmlLib16/XmlTextWriter.h>
 
+#include <cstdint>
 #include <cwchar>
 
 namespace QvXmlLib16 {
@@ -14,7 +15,18 @@ constexpr unsigned long kFlushThreshold = 4095;
 constexpr wchar_t kCDataStart[] = L"<![CDATA[";
 
 bool StartsWithCData(const std::wstring& text) {
-    return text.compare(0, 9, kCDataStart) == 0;
+    return !text.empty() && text[0] == L'<' && text.compare(0, 9, kCDataStart) == 0;
+}
+
+// Below 64: the characters PadAndAppend may replace, and the terminator. Everything from 64 up
+// is copied as it is.
+constexpr std::uint64_t kEscapedBelow64 = 1ull << L'\0' | 1ull << L'\n' | 1ull << L'\r'
+                                          | 1ull << L'"' | 1ull << L'&' | 1ull << L'<'
+                                          | 1ull << L'>';
+
+bool MayNeedEscape(wchar_t c) {
+    const auto code = static_cast<std::uint32_t>(c);
+    return code < 64 && (kEscapedBelow64 >> code & 1) != 0;
 }
 
 } // namespace
@@ -43,6 +55,10 @@ void CXmlTextWriter::PutLineEndIfFormatted() {
 }
 
 void CXmlTextWriter::PutIndent(unsigned depth) {
+    if (m_indentChars.size() == 1) {
+        m_stream.AppendRepeated(m_indentChars[0], depth);
+        return;
+    }
     for (unsigned i = 0; i < depth; ++i)
         Put(m_indentChars);
 }
@@ -111,12 +127,12 @@ void CXmlTextWriter::CloseParentElm() {
 }
 
 void CXmlTextWriter::PutNamespaceDeclaration(const std::wstring& prefix, const std::wstring& ns) {
-    m_stream.Append(L" xmlns");
+    PutLiteral(L" xmlns");
     if (!prefix.empty()) {
         m_stream.Append(L':');
         Put(prefix);
     }
-    m_stream.Append(L"=\"");
+    PutLiteral(L"=\"");
     PadAndAppend(ns.c_str(), true);
     m_stream.Append(L'"');
 }
@@ -168,17 +184,17 @@ void CXmlTextWriter::WriteAttributeString(const std::wstring& localName, const s
         // Declared first, then a blank, then the prefixed attribute itself.
         const PrefixChoice choice = AttributePrefix(ns);
         if (choice.declare) {
-            m_stream.Append(L"xmlns:");
+            PutLiteral(L"xmlns:");
             Put(choice.prefix);
-            m_stream.Append(L"=\"");
+            PutLiteral(L"=\"");
             PadAndAppend(ns.c_str(), true);
-            m_stream.Append(L"\" ");
+            PutLiteral(L"\" ");
         }
         Put(choice.prefix);
         m_stream.Append(L':');
     }
     Put(localName);
-    m_stream.Append(L"=\"");
+    PutLiteral(L"=\"");
     PadAndAppend(value.c_str(), true);
     m_stream.Append(L'"');
     FlushCheck();
@@ -227,11 +243,11 @@ void CXmlTextWriter::WriteEndElement() {
     if (!context)
         throw CQvException(msg::kNoOpenElement);
     if (context->m_startTagOpen) {
-        m_stream.Append(L"/>");
+        PutLiteral(L"/>");
     } else {
         if (m_format && context->m_childCount > 0)
             PutIndent(context->m_depth);
-        m_stream.Append(L"</");
+        PutLiteral(L"</");
         if (!context->m_prefix.empty()) {
             Put(context->m_prefix);
             m_stream.Append(L':');
@@ -245,9 +261,9 @@ void CXmlTextWriter::WriteEndElement() {
 }
 
 void CXmlTextWriter::WriteComment(const std::wstring& text) {
-    m_stream.Append(L"<!--");
+    PutLiteral(L"<!--");
     PadAndAppend(text.c_str(), false);
-    m_stream.Append(L"-->");
+    PutLiteral(L"-->");
     PutLineEnd();
     FlushCheck();
 }
@@ -272,36 +288,31 @@ void CXmlTextWriter::PadAndAppend(const wchar_t* text, bool inAttribute) {
     if (!text)
         return;
     const wchar_t* run = text;
-    const wchar_t* p = text;
-    for (; *p; ++p) {
+    for (const wchar_t* p = text;; ++p) {
         const wchar_t c = *p;
-        const wchar_t* replacement;
-        switch (c) {
-        case L'&': replacement = L"&amp;"; break;
-        case L'<': replacement = L"&lt;"; break;
-        case L'>': replacement = L"&gt;"; break;
-        case L'"':
-            if (!inAttribute)
-                continue;
-            replacement = L"&quot;";
-            break;
-        case L'\r': replacement = L""; break;
-        case L'\n':
-            if (inAttribute) {
-                replacement = L"&#xA;";
-            } else {
-                if (m_eolType != EOL_CRLF && m_eolType != EOL_LF)
-                    throw CQvException(msg::kInvalidEolType);
-                replacement = m_lineEnd.c_str();
-            }
-            break;
-        default: continue;
+        if (!MayNeedEscape(c) || (c == L'"' && !inAttribute))
+            continue;
+        if (c == L'\0') {
+            m_stream.Append(run, static_cast<unsigned long>(p - run));
+            return;
         }
+        if (c == L'\n' && !inAttribute && m_eolType != EOL_CRLF && m_eolType != EOL_LF)
+            throw CQvException(msg::kInvalidEolType);
         m_stream.Append(run, static_cast<unsigned long>(p - run));
-        m_stream.Append(replacement);
         run = p + 1;
+        switch (c) {
+        case L'&': PutLiteral(L"&amp;"); break;
+        case L'<': PutLiteral(L"&lt;"); break;
+        case L'>': PutLiteral(L"&gt;"); break;
+        case L'"': PutLiteral(L"&quot;"); break;
+        case L'\r': break;
+        default: // a line feed
+            if (inAttribute)
+                PutLiteral(L"&#xA;");
+            else
+                PutLineEnd();
+        }
     }
-    m_stream.Append(run, static_cast<unsigned long>(p - run));
 }
 
 } // namespace QvXmlLib16

@@ -82,6 +82,35 @@ TEST(StringBuffer, AppendingForms) {
     EXPECT_EQ(std::wstring(large.GetText()), big);
 }
 
+// Counted and repeated appends of every length from every position in a block: what fits is
+// copied in place, what does not continues in new blocks, and the text stays the same.
+TEST(StringBuffer, CountedAndRepeatedAppendsAtEveryOffset) {
+    const std::wstring source = L"0123456789abcdefghijklmnopqrstuvwxyz";
+    for (unsigned long offset = 0; offset < 12; ++offset) {
+        for (unsigned long count = 0; count <= 30; ++count) {
+            SCOPED_TRACE("offset " + std::to_string(offset) + ", count " + std::to_string(count));
+            CStringBuffer counted(13); // 12 characters a block
+            CStringBuffer repeated(13);
+            counted.Append(source.c_str(), offset);
+            repeated.Append(source.c_str(), offset);
+            counted.Append(source.c_str() + 1, count);
+            repeated.AppendRepeated(L'\t', count);
+            EXPECT_EQ(counted.GetLength(), offset + count);
+            EXPECT_EQ(repeated.GetLength(), offset + count);
+            EXPECT_EQ(counted.GetBlockCount(), (offset + count + 11) / 12);
+            EXPECT_EQ(std::wstring(counted.GetText()),
+                      source.substr(0, offset) + source.substr(1, count));
+            EXPECT_EQ(std::wstring(repeated.GetText()),
+                      source.substr(0, offset) + std::wstring(count, L'\t'));
+        }
+    }
+    // Zero characters are copied like any other, and the text still ends after the last one.
+    CStringBuffer zeros;
+    zeros.Append(L"a\0b\0\0\0\0\0\0\0\0c", 12);
+    EXPECT_EQ(zeros.GetLength(), 12u);
+    EXPECT_EQ(std::wstring(zeros.GetText(), 12), std::wstring(L"a\0b\0\0\0\0\0\0\0\0c", 12));
+}
+
 TEST(StringBuffer, GetTextJoinsIntoOneBlock) {
     CStringBuffer buffer(5);
     buffer.Append(L"0123456789");

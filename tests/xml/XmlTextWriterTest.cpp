@@ -59,6 +59,8 @@ Script TextElement(const wchar_t* text) {
 }
 
 const wchar_t kAwkward[] = L"a&b<c>d\"e'f\rg\nh\ti\u00e9\U0001F600";
+// Units whose low bits look like markup, and a negative one: none is replaced.
+const wchar_t kFarAbove[] = {L'\x1000', L'<', wchar_t(-60), wchar_t(0x40000026), L'\0'};
 
 } // namespace
 
@@ -67,7 +69,7 @@ TEST(XmlTextWriter, DocumentShape) {
         const char* name;
         XmlEncoding encoding;
         Script script;
-        const wchar_t* output;
+        std::wstring output;
     };
 
     const Case cases[] = {
@@ -100,6 +102,22 @@ TEST(XmlTextWriter, DocumentShape) {
              Start(w, L"r"), Start(w, L"a"), End(w), End(w);
          },
          L"<r>\r\n\t<a/>\r\n</r>\r\n"},
+        {"deep nesting indents one tab a level", Encoding_UTF8,
+         [](CXmlTextWriter& w) {
+             for (int i = 0; i < 12; ++i)
+                 Start(w, L"e");
+             for (int i = 0; i < 12; ++i)
+                 End(w);
+         },
+         [] {
+             std::wstring out;
+             for (int i = 0; i < 11; ++i)
+                 out += std::wstring(i, L'\t') + L"<e>\n";
+             out += std::wstring(11, L'\t') + L"<e/>\n";
+             for (int i = 10; i >= 0; --i)
+                 out += std::wstring(i, L'\t') + L"</e>\n";
+             return out;
+         }()},
         {"own indent characters", Encoding_UTF8,
          [](CXmlTextWriter& w) {
              w.SetIndentChars(L"  ");
@@ -186,6 +204,24 @@ TEST(XmlTextWriter, Escaping) {
         {"CDATA written verbatim", TextElement(L"<![CDATA[a&<b]]>"), L"<r><![CDATA[a&<b]]></r>\n"},
         {"CDATA marker later in the text is escaped", TextElement(L"x<![CDATA[y]]>"),
          L"<r>x&lt;![CDATA[y]]&gt;</r>\n"},
+        {"a lone < is not CDATA", TextElement(L"<"), L"<r>&lt;</r>\n"},
+        {"text ends at a zero character",
+         [](CXmlTextWriter& w) {
+             Start(w, L"r"), w.WriteString(std::wstring(L"ab\0&c", 5), ItemType_string, false);
+             End(w);
+         },
+         L"<r>ab</r>\n"},
+        {"attribute ends at a zero character",
+         [](CXmlTextWriter& w) {
+             Start(w, L"r"), Attr(w, L"t", L"", std::wstring(L"a\0\"", 3).c_str()), End(w);
+         },
+         L"<r t=\"a\"/>\n"},
+        {"long runs and characters below 64 that stay",
+         TextElement(L"&0123456789 !#$%'()*+,-./:;=?@ABCDEFGHIJKLMNOPQRSTUVWXYZ&\x1\x1F\x3F\x40&"),
+         L"<r>&amp;0123456789 !#$%'()*+,-./:;=?@ABCDEFGHIJKLMNOPQRSTUVWXYZ&amp;\x1\x1F\x3F\x40&amp;"
+         L"</r>\n"},
+        {"characters far above ASCII and negative units stay", TextElement(kFarAbove),
+         std::wstring(L"<r>\x1000&lt;") + wchar_t(-60) + wchar_t(0x40000026) + L"</r>\n"},
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(tc.name);
