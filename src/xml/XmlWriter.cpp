@@ -46,7 +46,9 @@ void CXmlWriter::CXmlWriterContext::Reset(const std::wstring& localName, const s
     m_childCount = 0;
     m_startTagOpen = true;
     m_depth = parent->m_depth + 1;
-    m_namespaceUri.assign(ns);
+    // A spare context is taken again at its own depth, where the namespace seldom changes.
+    if (m_namespaceUri != ns)
+        m_namespaceUri.assign(ns);
     m_localName.assign(localName);
     m_parent = parent;
     m_state = ContextState_Initial;
@@ -204,7 +206,8 @@ CXmlWriter::PrefixChoice CXmlWriter::EnterElement(const std::wstring& localName,
                                                   const std::wstring& ns) {
     CXmlWriterContext& context = PushContext(localName, ns);
     PrefixChoice choice = ElementPrefix(ns);
-    context.m_prefix = choice.prefix;
+    if (!choice.prefix.empty()) // a pushed context starts without one
+        context.m_prefix = choice.prefix;
     return choice;
 }
 
