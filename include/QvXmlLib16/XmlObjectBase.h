@@ -145,6 +145,9 @@ public:
                                     bool optionalChoice);
 
 protected:
+    // The name without a copy, for the writers.
+    const std::wstring& GetElementNameRef() const { return m_elementName; }
+
     // The base writes no attributes.
     virtual void AttributesToXml_Int(CXmlWriter* writer, const CSerializationContext& ctx) const;
     virtual void ToXml_Int(CXmlWriter* writer, bool isRoot, const wchar_t* namespaceUri,

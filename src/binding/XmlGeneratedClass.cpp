@@ -121,7 +121,7 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isRoot, const wchar_
             if (!ctx.GetDefaultNamespaceURI().empty())
                 writer->SetDefaultNamespace(ctx.GetDefaultNamespaceURI());
         }
-        writer->WriteStartElement(GetElementName(), namespaceUri ? namespaceUri : L"");
+        writer->WriteStartElement(GetElementNameRef(), namespaceUri ? namespaceUri : L"");
         AttributesToXml_Int(writer, ctx);
         if (isRoot && !ctx.GetInLineSchema().empty())
             writer->WriteInlineSchema(ctx.GetInLineSchema());
@@ -174,7 +174,7 @@ void CXmlGeneratedClass::AttributesToXml_Int(CXmlWriter* writer,
                                              const CSerializationContext& ctx) const {
     const CParentElementInfo* info = GetClassInfo();
     // xsi:type is due when the element is not named after the type it holds.
-    if (ctx.GetWriteTypeAttribute() && info->m_writeType && GetElementName() != info->m_typeName)
+    if (ctx.GetWriteTypeAttribute() && info->m_writeType && GetElementNameRef() != info->m_typeName)
         writer->WriteAttributeType(info->m_typeName, info->m_typeNamespace, ItemType_string);
     try {
         ProcessAttributesToXml(ctx, GetClassElementInfo(), GetClassAttributeInfo(), writer);
