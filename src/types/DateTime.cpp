@@ -58,8 +58,19 @@ void CheckRange(int value, int low, int high, const wchar_t* format) {
         throw CQvInvalidValueException(FormatString(format, value));
 }
 
-std::wstring Year4(int year) {
-    return year < 0 ? L"-" + PadZero(-year, 4) : PadZero(year, 4);
+// As PadZero(value, width) for a value that is not negative, written forward at p.
+wchar_t* PutPadded(wchar_t* p, unsigned value, unsigned width) {
+    wchar_t digits[10];
+    unsigned count = 0;
+    do {
+        digits[count++] = static_cast<wchar_t>(L'0' + value % 10);
+        value /= 10;
+    } while (value != 0);
+    for (; width > count; --width)
+        *p++ = L'0';
+    while (count > 0)
+        *p++ = digits[--count];
+    return p;
 }
 
 } // namespace
@@ -426,26 +437,53 @@ std::wstring CDateTime::ToString(const wchar_t* format) const {
     if (m_type == DTType_None)
         return msg::kDateNotSet;
     const KindFields used = FieldsOf(m_type);
+    // The fields go into one buffer. They are printed in full even when out of range, so it
+    // holds the widest each member type allows (36 characters), fractions aside.
+    wchar_t text[48];
+    wchar_t* p = text;
+    if (used.year) {
+        if (m_year < 0)
+            *p++ = L'-';
+        p = PutPadded(p, static_cast<unsigned>(m_year < 0 ? -m_year : m_year), 4);
+    }
+    if (used.month) {
+        if (!used.year)
+            *p++ = L'-';
+        *p++ = L'-';
+        p = PutPadded(p, m_month, 2);
+    }
+    if (used.day) {
+        if (!used.month) {
+            *p++ = L'-';
+            *p++ = L'-';
+        }
+        *p++ = L'-';
+        p = PutPadded(p, m_day, 2);
+    }
     std::wstring out;
-    if (used.year)
-        out += Year4(m_year);
-    if (used.month)
-        out += (used.year ? L"-" : L"--") + PadZero(m_month, 2);
-    if (used.day)
-        out += (used.month ? L"-" : L"---") + PadZero(m_day, 2);
     if (used.time) {
         if (used.year)
-            out += L'T';
-        out += PadZero(m_hour, 2) + L':' + PadZero(m_minute, 2) + L':' + PadZero(m_second, 2);
-        out += ToFracString(m_milli, m_micro, m_nano);
+            *p++ = L'T';
+        p = PutPadded(p, m_hour, 2);
+        *p++ = L':';
+        p = PutPadded(p, m_minute, 2);
+        *p++ = L':';
+        p = PutPadded(p, m_second, 2);
+        if (m_milli != 0 || m_micro != 0 || m_nano != 0) {
+            out.assign(text, p);
+            out += ToFracString(m_milli, m_micro, m_nano);
+            p = text;
+        }
     }
     if (m_isUTC) {
-        out += L'Z';
+        *p++ = L'Z';
     } else if (m_hasTimeZone) {
-        const int hours = m_zoneHour < 0 ? -m_zoneHour : m_zoneHour;
-        out += m_zoneNegative ? L'-' : L'+';
-        out += PadZero(hours, 2) + L':' + PadZero(m_zoneMinute, 2);
+        *p++ = m_zoneNegative ? L'-' : L'+';
+        p = PutPadded(p, static_cast<unsigned>(m_zoneHour < 0 ? -m_zoneHour : m_zoneHour), 2);
+        *p++ = L':';
+        p = PutPadded(p, m_zoneMinute, 2);
     }
+    out.append(text, p);
     return out;
 }
 
