@@ -32,6 +32,76 @@ void DestroyAs(void* p) {
 template <class T>
 constexpr OwnedOps kOps{&CopyAs<T>, &DestroyAs<T>};
 
+// Writing reads every member into a fresh variant and reading fills one per member, so the
+// string behind the cell would be allocated and freed once per element. Each thread keeps a
+// few freed strings, buffers included, and copies the next values into them.
+//
+// The shelf is plain data, so it stays readable to the end of the thread; a separate object,
+// armed when the first string is kept, empties and closes it at thread exit. Variants freed
+// after that (by a thread_local or static destroyed later) delete their strings directly.
+struct StringShelf {
+    static constexpr int kSize = 8;
+    static constexpr size_t kLargestKept = 256;
+
+    std::wstring* items[kSize];
+    int count;
+    bool armed;
+    bool closed;
+};
+
+thread_local StringShelf t_shelf; // zero-initialised
+
+struct StringShelfCloser {
+    ~StringShelfCloser() {
+        StringShelf& shelf = t_shelf;
+        while (shelf.count > 0)
+            delete shelf.items[--shelf.count];
+        shelf.closed = true;
+    }
+
+    bool armed = false;
+};
+
+thread_local StringShelfCloser t_shelfCloser;
+
+std::wstring* MakeString(const std::wstring& value) {
+    StringShelf& shelf = t_shelf;
+    if (shelf.count == 0)
+        return new std::wstring(value);
+    std::wstring* item = shelf.items[--shelf.count];
+    try {
+        item->assign(value);
+    } catch (...) {
+        delete item;
+        throw;
+    }
+    return item;
+}
+
+void DropString(std::wstring* item) {
+    StringShelf& shelf = t_shelf;
+    if (shelf.closed || shelf.count == StringShelf::kSize
+        || item->capacity() > StringShelf::kLargestKept) {
+        delete item;
+        return;
+    }
+    if (!shelf.armed) {
+        t_shelfCloser.armed = true; // constructs the closer, which registers its destructor
+        shelf.armed = true;
+    }
+    shelf.items[shelf.count++] = item;
+}
+
+void* CopyString(const void* p) {
+    return MakeString(*static_cast<const std::wstring*>(p));
+}
+
+void DestroyString(void* p) {
+    DropString(static_cast<std::wstring*>(p));
+}
+
+constexpr OwnedOps kStringOps{&CopyString, &DestroyString};
+
 // Object references are shared, not copied: a copy takes a count, destruction drops one.
 void* AddRefObject(const void* p) {
     CXmlObjectBase* object = static_cast<CXmlObjectBase*>(const_cast<void*>(p));
@@ -57,7 +127,7 @@ const OwnedOps* OpsOf(ItemType type) {
     case ItemType_date:
     case ItemType_datetime:
     case ItemType_time: return &kOps<CDateTime>;
-    case ItemType_string: return &kOps<std::wstring>;
+    case ItemType_string: return &kStringOps;
     case ItemType_decimal: return &kOps<CDecimal>;
     case ItemType_integer: return &kOps<CBigInteger>;
     case ItemType_XmlObject:
@@ -222,7 +292,13 @@ void QvVariant::SetTime(const CDateTime& v) { StoreOwned(ItemType_time, v); }
 CDateTime QvVariant::GetTime() const { return LoadOwned<CDateTime>(ItemType_time); }
 void QvVariant::SetChar(wchar_t v) { StoreScalar(ItemType_char, v); }
 wchar_t QvVariant::GetChar() const { return LoadScalar<wchar_t>(); }
-void QvVariant::SetString(const std::wstring& v) { StoreOwned(ItemType_string, v); }
+void QvVariant::SetString(const std::wstring& v) {
+    std::wstring* copy = MakeString(v); // before Clear, so v may live in this variant
+    Clear();
+    m_cell.ptr = copy;
+    m_type = ItemType_string;
+}
+
 std::wstring QvVariant::GetString() const { return LoadOwned<std::wstring>(ItemType_string); }
 const std::wstring& QvVariant::GetStringRef() const {
     return LoadOwned<std::wstring>(ItemType_string);

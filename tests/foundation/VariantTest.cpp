@@ -3,7 +3,10 @@
 #include <QvXmlLib16/Variant.h>
 
 #include <functional>
+#include <memory>
+#include <thread>
 #include <utility>
+#include <vector>
 
 using namespace QvXmlLib16;
 using qvtest::ExpectThrowMsg;
@@ -183,6 +186,67 @@ TEST(QvVariant, StringRefReadsTheStoredString) {
     v.SetNil();
     EXPECT_EQ(v.GetStringRef(), L"");
     EXPECT_EQ(v.ToString(), L"");
+}
+
+namespace {
+
+// Text of a given length that differs from round to round.
+std::wstring Sample(size_t length, int round) {
+    std::wstring text(length, L'a');
+    for (size_t i = 0; i < length; ++i)
+        text[i] = static_cast<wchar_t>(L'a' + (i + static_cast<size_t>(round)) % 26);
+    return text;
+}
+
+// Sets, copies and frees strings of many lengths, short and past any kept size, in an order
+// that reuses freed storage, and checks every value still reads back as set.
+void ChurnStrings(int rounds) {
+    const size_t lengths[] = {0, 1, 3, 4, 17, 255, 256, 257, 1000};
+    for (int round = 0; round < rounds; ++round) {
+        std::vector<std::unique_ptr<QvVariant>> held;
+        for (size_t length : lengths) {
+            held.push_back(std::make_unique<QvVariant>());
+            held.back()->SetString(Sample(length, round));
+            held.push_back(std::make_unique<QvVariant>(*held.back()));
+        }
+        for (size_t i = 0; i < held.size(); i += 3)
+            held[i].reset();
+        for (size_t i = 0; i < held.size(); ++i) {
+            if (!held[i])
+                continue;
+            ASSERT_EQ(held[i]->GetStringRef(), Sample(lengths[i / 2], round)) << i;
+            held[i]->SetString(held[i]->GetString() + L"!");
+            ASSERT_EQ(held[i]->GetString(), Sample(lengths[i / 2], round) + L"!") << i;
+        }
+    }
+}
+
+} // namespace
+
+TEST(QvVariant, StringStorageIsReusedWithoutMixingValues) {
+    ChurnStrings(20);
+}
+
+// Each thread keeps its own freed strings. Variants may be freed by another thread than the one
+// that set them, and a thread_local one may outlive its thread's kept strings at exit.
+TEST(QvVariant, StringStorageAcrossThreads) {
+    std::vector<std::unique_ptr<QvVariant>> handedOver(8);
+    std::thread worker([&] {
+        thread_local QvVariant lastWord;
+        lastWord.SetString(Sample(40, 7));
+        ChurnStrings(5);
+        for (size_t i = 0; i < handedOver.size(); ++i) {
+            handedOver[i] = std::make_unique<QvVariant>();
+            handedOver[i]->SetString(Sample(10 + i, 3));
+        }
+        EXPECT_EQ(lastWord.GetString(), Sample(40, 7));
+    });
+    worker.join();
+    for (size_t i = 0; i < handedOver.size(); ++i) {
+        EXPECT_EQ(handedOver[i]->GetString(), Sample(10 + i, 3));
+        handedOver[i].reset();
+    }
+    ChurnStrings(2);
 }
 
 TEST(QvVariant, CopiesAreDeep) {
