@@ -11,7 +11,10 @@
 #include <QvXmlLib16/XmlGeneratedClass.h>
 #include <QvXmlLib16/XmlWriter.h>
 
+#include <atomic>
+#include <cstdint>
 #include <optional>
+#include <typeinfo>
 #include <vector>
 
 namespace QvXmlLib16 {
@@ -44,6 +47,34 @@ private:
         return depth;
     }
 };
+
+// Whether a class is nillable depends on its type alone, but the cross cast that finds out
+// costs hundreds of instructions (type names are compared as strings across libraries). The
+// answer is kept per type: each slot holds a type_info address with the answer in its low
+// bit, written whole, so racing threads only ever store complete, correct entries. (A type_info
+// address is only reused if a library of generated classes is unloaded and another loaded.)
+class NillableTypes {
+public:
+    static const INillable* Of(const CXmlGeneratedClass* object) {
+        const std::uintptr_t type = reinterpret_cast<std::uintptr_t>(&typeid(*object));
+        std::atomic<std::uintptr_t>& slot = s_slots[(type >> 4) % kSlots];
+        const std::uintptr_t known = slot.load(std::memory_order_relaxed);
+        if ((known & ~std::uintptr_t(1)) == type && (known & 1) == 0)
+            return nullptr;
+        const INillable* nillable = dynamic_cast<const INillable*>(object);
+        if ((known & ~std::uintptr_t(1)) != type)
+            slot.store(type | (nillable ? 1 : 0), std::memory_order_relaxed);
+        return nillable;
+    }
+
+private:
+    static constexpr std::size_t kSlots = 64;
+    static_assert(alignof(std::type_info) > 1, "the low bit of a type_info address is free");
+
+    static std::atomic<std::uintptr_t> s_slots[kSlots];
+};
+
+std::atomic<std::uintptr_t> NillableTypes::s_slots[NillableTypes::kSlots] = {};
 
 } // namespace
 
@@ -126,7 +157,7 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isRoot, const wchar_
         if (isRoot && !ctx.GetInLineSchema().empty())
             writer->WriteInlineSchema(ctx.GetInLineSchema());
     }
-    const INillable* nillable = dynamic_cast<const INillable*>(this);
+    const INillable* nillable = NillableTypes::Of(this);
     if (nillable && nillable->IsNil()) {
         writer->WriteAttributeNil();
     } else {
@@ -244,7 +275,7 @@ CXmlElement* CXmlGeneratedClass::ReadContent(CXmlElement* element, CXmlElement* 
     if (info->m_elementType == XmlElementType_Element)
         SetElementName(element->GetLocalName().c_str());
     ProcessAttributesFromXml(ctx, element, info->m_unknownAttributesAreErrors);
-    const INillable* nillable = dynamic_cast<const INillable*>(this);
+    const INillable* nillable = NillableTypes::Of(this);
     if (nillable && nillable->IsNil())
         return cursor;
     switch (info->m_groupType) {

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <thread>
+#include <vector>
 
 using namespace fixtures;
 
@@ -155,6 +157,36 @@ TEST(BindingWrite, OtherClasses) {
     bag->Text = L"t";
     bag->Number = 5;
     EXPECT_EQ(Write(*bag), L"<Bag xmlns=\"urn:test:po\"><X>5</X><Y>t</Y></Bag>");
+}
+
+// Whether an object can be nil is learnt once per class: a nillable class keeps asking each
+// object, a class that is not never writes xsi:nil, whatever was written before, and threads
+// writing at the same time agree.
+TEST(BindingWrite, NilIsAskedOfEachObjectAcrossThreads) {
+    const std::wstring nilChild = L"<Node xmlns=\"urn:test:po\"><Name>1</Name><Child xmlns:AA=\""
+                                  L"http://www.w3.org/2001/XMLSchema-instance\" AA:nil=\"true\"/>"
+                                  L"</Node>";
+    const std::wstring owner = L"<Owner xmlns=\"urn:test:po\"><Street>S</Street><City/></Owner>";
+    auto writeMany = [&](int offset) {
+        for (int round = 0; round < 40; ++round) {
+            CSmartPtr<CAddress> address = Named(new CAddress(), L"Owner");
+            address->Street = L"S";
+            EXPECT_EQ(Write(*address), owner);
+            CSmartPtr<CNode> node = MakeChain(3);
+            const bool nil = (round + offset) % 3 == 0;
+            node->Child->SetNil(nil);
+            EXPECT_EQ(Write(*node), nil ? nilChild : ChainXml(3));
+            node->SetNil(true);
+            EXPECT_EQ(Write(*node), L"<Node xmlns=\"urn:test:po\" xmlns:AA=\"http://www.w3.org/"
+                                    L"2001/XMLSchema-instance\" AA:nil=\"true\"/>");
+        }
+    };
+    writeMany(0);
+    std::vector<std::thread> writers;
+    for (int i = 0; i < 4; ++i)
+        writers.emplace_back(writeMany, i);
+    for (std::thread& writer : writers)
+        writer.join();
 }
 
 // A refused member leaves nothing of its element in the output.
