@@ -74,6 +74,7 @@ private:
     // A child of the open element, or the document element when none is open; pushed.
     CXmlElement* StartElement(detail::CSharedName ns, detail::CSharedName localName);
     void SetInput(const unsigned char* data, unsigned long size);
+    void DropTree();
 
     std::unique_ptr<CXmlElement> m_documentElement;
     std::vector<CXmlElement*> m_openElements;
@@ -84,6 +85,7 @@ private:
     unsigned m_schemaType = 0;
     ElementCompletedCallback m_callback = nullptr;
     const CSerializationContext* m_context;
+    detail::CTreeStore* m_store = nullptr; // the tree's nodes; none while a callback consumes them
     mutable std::unordered_map<std::wstring, detail::CSharedName> m_names;
     mutable std::wstring m_nameKey; // reused so a lookup does not allocate
 

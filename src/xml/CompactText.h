@@ -4,15 +4,22 @@
 #include <cstdint>
 #include <string>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 // Element text and attribute values are kept as bytes, a quarter of their wide size for the
 // usual ASCII-heavy document, and short ones fit inside the string object itself. The form is
 // UTF-8 extended so that any 32-bit wide character round-trips (lone surrogates, values past
 // U+10FFFF), which wide text coming from applications may hold. Only this library reads it.
 namespace QvXmlLib16::detail {
 
-inline void AppendCodePoint(std::string& out, std::uint32_t c) {
+// Out is anything with append(const char*, size_t) and push_back(char): a std::string or a
+// node's text sink.
+template <class Out>
+void AppendCodePoint(Out& out, std::uint32_t c) {
     if (c < 0x80) {
-        out += static_cast<char>(c);
+        out.push_back(static_cast<char>(c));
         return;
     }
     int length;
@@ -47,7 +54,8 @@ inline void AppendCodePoint(std::string& out, std::uint32_t c) {
 
 // Appends count wide characters. With excludingCR, carriage returns are left out and a NUL
 // ends the text early, as for character data from a parser.
-inline void AppendWide(std::string& out, const wchar_t* s, size_t count, bool excludingCR) {
+template <class Out>
+void AppendWide(Out& out, const wchar_t* s, size_t count, bool excludingCR) {
     for (size_t i = 0; i < count; ++i) {
         const std::uint32_t c = static_cast<std::uint32_t>(s[i]);
         if (excludingCR && c == 0)
@@ -58,37 +66,45 @@ inline void AppendWide(std::string& out, const wchar_t* s, size_t count, bool ex
     }
 }
 
+// Narrows the leading run of ASCII units other than CR and NUL into out and returns its
+// length: the common case of parser text, eight units at a time.
+inline size_t NarrowAsciiRun(const char16_t* s, size_t count, char* out) {
+    size_t i = 0;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i highest = _mm_set1_epi16(0x7F);
+    const __m128i cr = _mm_set1_epi16('\r');
+    for (; count - i >= 8; i += 8) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
+        const __m128i ascii = _mm_cmpeq_epi16(_mm_subs_epu16(v, highest), zero);
+        const __m128i special = _mm_or_si128(_mm_cmpeq_epi16(v, cr), _mm_cmpeq_epi16(v, zero));
+        if (_mm_movemask_epi8(_mm_andnot_si128(special, ascii)) != 0xFFFF)
+            break;
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + i), _mm_packus_epi16(v, v));
+    }
+#endif
+    for (; i < count; ++i) {
+        const char16_t c = s[i];
+        if (c >= 0x80 || c == u'\r' || c == 0)
+            break;
+        out[i] = static_cast<char>(c);
+    }
+    return i;
+}
+
 // The same from UTF-16. Valid pairs join into one character; unpaired surrogates stay single
 // units.
-inline void AppendUtf16(std::string& out, const char16_t* s, size_t count, bool excludingCR) {
+template <class Out>
+void AppendUtf16(Out& out, const char16_t* s, size_t count, bool excludingCR) {
     size_t i = 0;
     while (i < count) {
-        // Runs of ASCII go in one append; eight units are tested at a time while they last.
-        size_t run = i;
-        while (count - run >= 8) {
-            unsigned high = 0, special = 0;
-            for (int k = 0; k < 8; ++k) {
-                high |= s[run + k];
-                special |= (s[run + k] == u'\r') | (s[run + k] == 0);
-            }
-            if (high >= 0x80 || special)
-                break;
-            run += 8;
-        }
-        while (run < count && s[run] < 0x80 && s[run] != u'\r' && s[run] != 0)
-            ++run;
-        if (run > i) {
-            // Narrowed through a small buffer: growing the string first would zero it.
-            char chunk[256];
-            while (i < run) {
-                const size_t n = run - i < sizeof chunk ? run - i : sizeof chunk;
-                for (size_t k = 0; k < n; ++k)
-                    chunk[k] = static_cast<char>(s[i + k]);
-                out.append(chunk, n);
-                i += n;
-            }
-            continue;
-        }
+        // Room for the rest as ASCII; what the run does not fill is given back.
+        char* room = out.Extend(count - i);
+        const size_t run = NarrowAsciiRun(s + i, count - i, room);
+        out.GiveBack(count - i - run);
+        i += run;
+        if (i == count)
+            return;
         std::uint32_t c = s[i++];
         if (excludingCR && c == 0)
             return;
@@ -100,11 +116,11 @@ inline void AppendUtf16(std::string& out, const char16_t* s, size_t count, bool 
     }
 }
 
-inline std::wstring Expand(const std::string& text) {
-    std::wstring out(text.size(), L'\0');
+inline std::wstring Expand(const char* text, size_t size) {
+    std::wstring out(size, L'\0');
     size_t n = 0;
-    const unsigned char* p = reinterpret_cast<const unsigned char*>(text.data());
-    const unsigned char* end = p + text.size();
+    const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
+    const unsigned char* end = p + size;
     while (p < end) {
         const unsigned char lead = *p++;
         if (lead < 0x80) {
@@ -123,13 +139,6 @@ inline std::wstring Expand(const std::string& text) {
         out[n++] = static_cast<wchar_t>(c);
     }
     out.resize(n);
-    return out;
-}
-
-inline std::string Compact(const wchar_t* s, size_t count) {
-    std::string out;
-    out.reserve(count);
-    AppendWide(out, s, count, false);
     return out;
 }
 

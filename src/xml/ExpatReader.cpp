@@ -1,6 +1,7 @@
 // The only file that sees expat. Its UTF-16 build has 16-bit XML_Char.
 #define XML_UNICODE
 #include "xml/CompactText.h"
+#include "xml/TreeStore.h"
 #include "xml/XmlMessages.h"
 
 #include <QvXmlLib16/ExpatReader.h>
@@ -25,8 +26,8 @@ namespace QvXmlLib16 {
 
 namespace {
 
-constexpr wchar_t kCDataStart[] = L"<![CDATA[";
-constexpr wchar_t kCDataEnd[] = L"]]>";
+constexpr char kCDataStart[] = "<![CDATA[";
+constexpr char kCDataEnd[] = "]]>";
 constexpr XML_Char kNamespaceSeparator = '|';
 constexpr int kMaxChunk = INT_MAX / 2; // XML_Parse takes an int length
 
@@ -93,11 +94,13 @@ struct CExpatReader::Impl {
     static constexpr size_t kNameCacheSize = 256;
 
     const Names& SplitName(const XML_Char* raw) {
-        size_t length = 0;
-        std::uint32_t hash = 2166136261u; // FNV-1a
-        for (; raw[length]; ++length)
-            hash = (hash ^ raw[length]) * 16777619u;
-        CachedName& slot = nameCache[hash % kNameCacheSize];
+        const size_t length = Length(raw);
+        // Names of a document differ mostly at the end (the namespace comes first): the length
+        // and the last units make a good enough key; the comparison below decides.
+        std::uint32_t hash = static_cast<std::uint32_t>(length) * 2654435761u;
+        for (size_t i = length > 6 ? length - 6 : 0; i < length; ++i)
+            hash = (hash ^ raw[i]) * 16777619u;
+        CachedName& slot = nameCache[(hash >> 8) % kNameCacheSize];
         const char16_t* units = reinterpret_cast<const char16_t*>(raw);
         if (slot.raw.size() != length
             || std::memcmp(slot.raw.data(), units, length * sizeof(char16_t)) != 0) {
@@ -143,36 +146,81 @@ struct CExpatReader::Impl {
     void StartElement(const XML_Char* name, const XML_Char** attributes) {
         const Names& names = SplitName(name);
         CXmlElement* element = document.StartElement(names.first, names.second);
+        if (depth == openText.size())
+            openText.emplace_back();
+        openText[depth++].clear();
         for (const XML_Char** a = attributes; a && *a; a += 2) {
             if (RecordIfDeclaration(a[0], a[1]))
                 continue;
             const Names& attribute = SplitName(a[0]);
-            std::string value;
-            const char16_t* raw = reinterpret_cast<const char16_t*>(a[1]);
-            detail::AppendUtf16(value, raw, Length(a[1]), false);
-            element->AddAttribute(attribute.second, std::move(value), attribute.first);
+            CXmlAttribute* added = element->AddAttribute(attribute.second, attribute.first);
+            AppendText(added->m_value, element->Store(), a[1], Length(a[1]), false);
         }
     }
 
-    // Straight from UTF-16 into the element's compact text.
-    void Text(const XML_Char* s, int length) {
-        CXmlElement* element = document.GetOpenElement();
-        if (element && length > 0)
-            detail::AppendUtf16(element->m_text, reinterpret_cast<const char16_t*>(s),
-                                static_cast<size_t>(length), true);
+    static void AppendText(detail::CCompactText& text, detail::CTreeStore* store, const XML_Char* s,
+                           size_t length, bool excludingCR) {
+        detail::CTextSink sink(text, store);
+        detail::AppendUtf16(sink, reinterpret_cast<const char16_t*>(s), length, excludingCR);
     }
 
-    void AppendMarker(const wchar_t* marker) {
-        if (CXmlElement* element = document.GetOpenElement())
-            element->AppendText(marker);
+    // The text of each open element gathers here, in pieces as expat delivers it (a line at a
+    // time, and around child elements), and goes into the element in one block of the exact
+    // size when it ends.
+    void Text(const XML_Char* s, int length) {
+        if (depth > 0 && length > 0) {
+            CStringSink sink{openText[depth - 1]};
+            detail::AppendUtf16(sink, reinterpret_cast<const char16_t*>(s),
+                                static_cast<size_t>(length), true);
+        }
     }
+
+    void AppendMarker(const char* marker) {
+        if (depth > 0)
+            openText[depth - 1] += marker;
+    }
+
+    static void Give(CXmlElement* element, const std::string& text) {
+        if (element && !text.empty())
+            element->m_text.Append(element->Store(), text.data(), text.size());
+    }
+
+    void EndElement() {
+        if (depth > 0)
+            Give(document.GetOpenElement(), openText[--depth]);
+        document.EndElement();
+    }
+
+    // When parsing stops early, the open elements keep the text read so far.
+    void GiveOpenText() {
+        const std::vector<CXmlElement*>& open = document.m_openElements;
+        for (size_t level = 0; level < depth && level < open.size(); ++level)
+            Give(open[level], openText[level]);
+        depth = 0;
+    }
+
+    struct CStringSink {
+        std::string& text;
+
+        void append(const char* bytes, size_t count) { text.append(bytes, count); }
+
+        void push_back(char c) { text.push_back(c); }
+
+        char* Extend(size_t count) {
+            const size_t size = text.size();
+            text.resize(size + count);
+            return &text[size];
+        }
+
+        void GiveBack(size_t count) { text.resize(text.size() - count); }
+    };
 
     static void XMLCALL FnStartElement(void* self, const XML_Char* name, const XML_Char** atts) {
         static_cast<Impl*>(self)->StartElement(name, atts);
     }
 
     static void XMLCALL FnEndElement(void* self, const XML_Char*) {
-        static_cast<Impl*>(self)->document.EndElement();
+        static_cast<Impl*>(self)->EndElement();
     }
 
     static void XMLCALL FnText(void* self, const XML_Char* s, int length) {
@@ -197,6 +245,8 @@ struct CExpatReader::Impl {
     XML_Parser parser = nullptr;
     std::vector<CachedName> nameCache = std::vector<CachedName>(kNameCacheSize);
     std::wstring nameBuffer;
+    std::vector<std::string> openText; // by depth, reused
+    size_t depth = 0;
 };
 
 CExpatReader::CExpatReader(CXmlDocument& document)
@@ -208,6 +258,7 @@ CExpatReader::~CExpatReader() = default;
 void CExpatReader::CreateParser() {
     Impl& impl = *m_impl;
     impl.FreeParser();
+    impl.depth = 0;
     // Text converted from wide characters is UTF-8 whatever its declaration names.
     static const XML_Char kUtf8[] = {'U', 'T', 'F', '-', '8', 0};
     const XML_Char* encoding = impl.document.m_inputIsUtf8 ? kUtf8 : nullptr;
@@ -238,6 +289,7 @@ void CExpatReader::Parse(bool freeParser) {
         if (XML_Parse(impl.parser, data, chunk, remaining == 0) == XML_STATUS_ERROR) {
             const std::wstring message = WidenAscii(XML_ErrorString(XML_GetErrorCode(impl.parser)));
             const int line = static_cast<int>(XML_GetCurrentLineNumber(impl.parser));
+            impl.GiveOpenText();
             Cleanup();
             impl.FreeParser();
             throw CQvException(FormatString(msg::kParseErrorFmt, message.c_str(), line));

@@ -1,4 +1,5 @@
 #include "xml/CompactText.h"
+#include "xml/TreeStore.h"
 #include "xml/XmlMessages.h"
 
 #include <QvXmlLib16/ConvertUTF.h>
@@ -46,7 +47,11 @@ void CXmlDocument::Init() {
 
 void CXmlDocument::Cleanup() {
     m_openElements.clear();
-    m_documentElement.reset();
+    DropTree();
+    if (m_store) {
+        m_store->Release();
+        m_store = nullptr;
+    }
     m_input.reset();
     m_inputLength = 0;
     m_inputIsUtf8 = false;
@@ -140,6 +145,13 @@ void CXmlDocument::ParseText() {
     reader.Parse(true);
 }
 
+// A tree in the store goes with the store, unvisited: its nodes hold nothing else.
+void CXmlDocument::DropTree() {
+    if (m_documentElement && m_documentElement->Store())
+        m_documentElement.release();
+    m_documentElement.reset();
+}
+
 CXmlElement* CXmlDocument::StartElement(detail::CSharedName ns, detail::CSharedName localName) {
     CXmlElement* parent = GetOpenElement();
     CXmlElement* element;
@@ -147,11 +159,16 @@ CXmlElement* CXmlDocument::StartElement(detail::CSharedName ns, detail::CSharedN
         element = parent->CreateNewChildElement();
     } else {
         m_openElements.clear();
-        m_documentElement.reset(new CXmlElement(this, nullptr));
+        DropTree();
+        // Elements a callback consumes are freed one by one, so memory stays flat: those
+        // live on the heap. Otherwise the whole tree goes into one store.
+        if (!m_callback && !m_store)
+            m_store = new detail::CTreeStore(this);
+        m_documentElement.reset(new (m_store) CXmlElement(this, nullptr, m_store));
         element = m_documentElement.get();
     }
-    element->m_namespace = std::move(ns);
-    element->m_localName = std::move(localName);
+    element->m_namespace = m_store ? ns.Borrowed() : std::move(ns);
+    element->m_localName = m_store ? localName.Borrowed() : std::move(localName);
     m_openElements.push_back(element);
     return element;
 }
@@ -172,8 +189,10 @@ void CXmlDocument::AddElementAttribute(CXmlElement* element, const std::wstring&
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const wchar_t* text,
                                          unsigned long length) {
-    if (element && text)
-        detail::AppendWide(element->m_text, text, length, true);
+    if (element && text) {
+        detail::CTextSink sink(element->m_text, element->Store());
+        detail::AppendWide(sink, text, length, true);
+    }
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const wchar_t* text) {

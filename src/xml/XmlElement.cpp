@@ -1,4 +1,5 @@
 #include "xml/CompactText.h"
+#include "xml/TreeStore.h"
 
 #include <QvXmlLib16/Namespaces.h>
 #include <QvXmlLib16/XmlDocument.h>
@@ -30,9 +31,25 @@ CSharedName::CSharedName(const wchar_t* text, size_t length) {
     }
 }
 
-CSharedName::CSharedName(const CSharedName& other) : m_rep(other.m_rep) {
+namespace {
+constexpr std::uintptr_t kUncounted = 1;
+} // namespace
+
+CSharedName::Rep* CSharedName::Target() const {
+    return reinterpret_cast<Rep*>(reinterpret_cast<std::uintptr_t>(m_rep) & ~kUncounted);
+}
+
+CSharedName::CSharedName(const CSharedName& other) : m_rep(other.Target()) {
     if (m_rep)
         m_rep->references.fetch_add(1, std::memory_order_relaxed);
+}
+
+CSharedName CSharedName::Borrowed() const {
+    CSharedName borrowed;
+    if (m_rep)
+        borrowed.m_rep =
+            reinterpret_cast<Rep*>(reinterpret_cast<std::uintptr_t>(Target()) | kUncounted);
+    return borrowed;
 }
 
 CSharedName::CSharedName(CSharedName&& other) noexcept : m_rep(other.m_rep) {
@@ -45,12 +62,14 @@ CSharedName& CSharedName::operator=(CSharedName other) noexcept {
 }
 
 CSharedName::~CSharedName() {
-    if (m_rep && m_rep->references.fetch_sub(1, std::memory_order_acq_rel) == 1)
+    if (m_rep && m_rep == Target()
+        && m_rep->references.fetch_sub(1, std::memory_order_acq_rel) == 1)
         delete m_rep;
 }
 
 const std::wstring& CSharedName::Get() const {
-    return m_rep ? m_rep->text : kEmpty;
+    const Rep* rep = Target();
+    return rep ? rep->text : kEmpty;
 }
 
 } // namespace detail
@@ -59,8 +78,10 @@ const std::wstring& CSharedName::Get() const {
 
 CXmlAttribute::CXmlAttribute(const CXmlElement* owner, const std::wstring& localName,
                              const std::wstring& value, const std::wstring& ns)
-    : CXmlAttribute(owner, NameFor(owner, localName), detail::Compact(value.data(), value.size()),
-                    NameFor(owner, ns)) {}
+    : CXmlAttribute(owner, NameFor(owner, localName), NameFor(owner, ns), nullptr) {
+    detail::CTextSink sink(m_value, m_store);
+    detail::AppendWide(sink, value.data(), value.size(), false);
+}
 
 detail::CSharedName CXmlAttribute::NameFor(const CXmlElement* owner, const std::wstring& name) {
     return owner ? owner->MakeName(name.data(), name.size())
@@ -68,14 +89,16 @@ detail::CSharedName CXmlAttribute::NameFor(const CXmlElement* owner, const std::
 }
 
 CXmlAttribute::CXmlAttribute(const CXmlElement* owner, detail::CSharedName localName,
-                             std::string value, detail::CSharedName ns)
+                             detail::CSharedName ns, detail::CTreeStore* store)
     : CInstanceMonitor(L"CXmlAttribute"),
+      m_store(store),
       m_owner(owner),
-      m_localName(std::move(localName)),
-      m_namespace(std::move(ns)),
-      m_value(std::move(value)) {}
+      m_localName(store ? localName.Borrowed() : std::move(localName)),
+      m_namespace(store ? ns.Borrowed() : std::move(ns)) {}
 
-CXmlAttribute::~CXmlAttribute() = default;
+CXmlAttribute::~CXmlAttribute() {
+    m_value.Free(m_store);
+}
 
 const std::wstring& CXmlAttribute::GetNamespaceURI() const {
     return m_namespace.Get();
@@ -86,7 +109,7 @@ const std::wstring& CXmlAttribute::GetLocalName() const {
 }
 
 std::wstring CXmlAttribute::GetValue() const {
-    return detail::Expand(m_value);
+    return detail::Expand(m_value.GetData(), m_value.GetSize());
 }
 
 std::wstring CXmlAttribute::GetXPath() const {
@@ -117,8 +140,13 @@ bool CXmlAttribute::IsNilAttribute() const {
 // ---- CXmlElement ----
 
 CXmlElement::CXmlElement(const CXmlDocument* document, const CXmlElement* parent)
+    : CXmlElement(document, parent, nullptr) {}
+
+CXmlElement::CXmlElement(const CXmlDocument* document, const CXmlElement* parent,
+                         detail::CTreeStore* store)
     : CInstanceMonitor(L"CXmlElement"),
-      m_document(document),
+      m_home(store ? reinterpret_cast<std::uintptr_t>(store) | 1
+                   : reinterpret_cast<std::uintptr_t>(document)),
       m_parent(parent) {}
 
 CXmlElement::~CXmlElement() {
@@ -126,7 +154,10 @@ CXmlElement::~CXmlElement() {
     if (m_attributes) {
         for (CXmlAttribute* attribute : *m_attributes)
             delete attribute;
+        if (!Store()) // a store destroys the lists it made
+            delete m_attributes;
     }
+    m_text.Free(Store());
 }
 
 // Children are unlinked onto an explicit stack before they are deleted, so no destructor ever
@@ -153,15 +184,41 @@ void CXmlElement::DestroyChildren() {
     }
 }
 
+void CXmlElement::CountNamesOfSubtree() {
+    std::vector<CXmlElement*> pending{this};
+    while (!pending.empty()) {
+        CXmlElement* element = pending.back();
+        pending.pop_back();
+        element->m_localName = detail::CSharedName(element->m_localName);
+        element->m_namespace = detail::CSharedName(element->m_namespace);
+        for (CXmlAttribute* attribute : element->GetAttributes()) {
+            attribute->m_localName = detail::CSharedName(attribute->m_localName);
+            attribute->m_namespace = detail::CSharedName(attribute->m_namespace);
+        }
+        for (CXmlElement* child = element->m_firstChild; child; child = child->m_nextSibling)
+            pending.push_back(child);
+    }
+}
+
 // Through the document when there is one, so equal names share one string.
+const CXmlDocument* CXmlElement::GetDocument() const {
+    if (detail::CTreeStore* store = Store())
+        return store->GetDocument();
+    return reinterpret_cast<const CXmlDocument*>(m_home);
+}
+
 detail::CSharedName CXmlElement::MakeName(const wchar_t* text, size_t length) const {
-    if (m_document)
-        return m_document->InternName(text, length);
+    if (const CXmlDocument* document = GetDocument()) {
+        detail::CSharedName name = document->InternName(text, length);
+        return Store() ? name.Borrowed() : name;
+    }
     return detail::CSharedName(text, length);
 }
 
+// Children share their parent's storage: a tree is in its document's store or on the heap.
 CXmlElement* CXmlElement::CreateNewChildElement() {
-    CXmlElement* child = new CXmlElement(m_document, this);
+    detail::CTreeStore* store = Store();
+    CXmlElement* child = new (store) CXmlElement(GetDocument(), this, store);
     if (m_lastChild)
         m_lastChild->m_nextSibling = child;
     else
@@ -174,6 +231,11 @@ CXmlElement* CXmlElement::RemoveLastChildElement() {
     CXmlElement* last = m_lastChild;
     if (!last)
         return nullptr;
+    if (last->Store()) {
+        // Handed out, it may outlive the document, its name table and its tree.
+        detail::KeepStoreFor(last);
+        last->CountNamesOfSubtree();
+    }
     if (m_firstChild == last) {
         m_firstChild = m_lastChild = nullptr;
         return last;
@@ -187,8 +249,10 @@ CXmlElement* CXmlElement::RemoveLastChildElement() {
 }
 
 void CXmlElement::AppendText(const wchar_t* text, int length) {
-    if (text && length > 0)
-        detail::AppendWide(m_text, text, static_cast<size_t>(length), false);
+    if (text && length > 0) {
+        detail::CTextSink sink(m_text, Store());
+        detail::AppendWide(sink, text, static_cast<size_t>(length), false);
+    }
 }
 
 void CXmlElement::AppendText(const wchar_t* text) {
@@ -197,7 +261,7 @@ void CXmlElement::AppendText(const wchar_t* text) {
 }
 
 std::wstring CXmlElement::GetText() const {
-    return detail::Expand(m_text);
+    return detail::Expand(m_text.GetData(), m_text.GetSize());
 }
 
 void CXmlElement::SetElementName(const wchar_t* localName) {
@@ -210,17 +274,22 @@ void CXmlElement::SetNamespace(const wchar_t* ns) {
 
 CXmlAttribute* CXmlElement::AddAttribute(const std::wstring& localName, const std::wstring& value,
                                          const std::wstring& ns) {
-    return AddAttribute(MakeName(localName.data(), localName.size()),
-                        detail::Compact(value.data(), value.size()),
-                        MakeName(ns.data(), ns.size()));
+    CXmlAttribute* attribute =
+        AddAttribute(MakeName(localName.data(), localName.size()), MakeName(ns.data(), ns.size()));
+    detail::CTextSink sink(attribute->m_value, Store());
+    detail::AppendWide(sink, value.data(), value.size(), false);
+    return attribute;
 }
 
-CXmlAttribute* CXmlElement::AddAttribute(detail::CSharedName localName, std::string value,
-                                         detail::CSharedName ns) {
+CXmlAttribute* CXmlElement::AddAttribute(detail::CSharedName localName, detail::CSharedName ns) {
+    detail::CTreeStore* store = Store();
     if (!m_attributes)
-        m_attributes.reset(new std::vector<CXmlAttribute*>());
-    m_attributes->push_back(
-        new CXmlAttribute(this, std::move(localName), std::move(value), std::move(ns)));
+        m_attributes = store ? store->NewAttributeList() : new std::vector<CXmlAttribute*>();
+    // Room first, so the push cannot throw and leave the new attribute unowned.
+    if (m_attributes->size() == m_attributes->capacity())
+        m_attributes->reserve(m_attributes->empty() ? 2 : 2 * m_attributes->size());
+    m_attributes->push_back(new (store)
+                                CXmlAttribute(this, std::move(localName), std::move(ns), store));
     return m_attributes->back();
 }
 
@@ -246,8 +315,9 @@ const CXmlAttribute* CXmlElement::GetAttribute(const std::wstring& ns,
 }
 
 std::wstring CXmlElement::GetQName() const {
-    if (!m_namespace.IsEmpty() && m_document) {
-        const std::wstring prefix = m_document->LookupAliasFromNamespace(GetNamespaceURI().c_str());
+    const CXmlDocument* document = GetDocument();
+    if (!m_namespace.IsEmpty() && document) {
+        const std::wstring prefix = document->LookupAliasFromNamespace(GetNamespaceURI().c_str());
         if (!prefix.empty())
             return prefix + L':' + GetLocalName();
     }

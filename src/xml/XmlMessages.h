@@ -25,6 +25,7 @@ inline constexpr wchar_t kFileReadFailedFmt[] =
 inline constexpr wchar_t kXmlStringEmpty[] = L"XML String is empty!";
 inline constexpr wchar_t kXmlStreamEmpty[] = L"XML Stream is empty!";
 inline constexpr wchar_t kParseErrorFmt[] = L"%ls at line %d";
+inline constexpr wchar_t kTextTooLong[] = L"The text of an element or attribute exceeds 4 GiB.";
 
 // Writers
 inline constexpr wchar_t kAttributesBeforeElements[] = L"Attributes must be added before elements";
