@@ -46,7 +46,14 @@ public:
             return;
         }
         wchar_t* out = m_last + m_position;
-        if (count <= 8) {
+        // Names and short values: two fixed-size copies that overlap in the middle.
+        if (count >= 8 && count <= 16) {
+            std::memcpy(out, s, 8 * sizeof(wchar_t));
+            std::memcpy(out + count - 8, s + count - 8, 8 * sizeof(wchar_t));
+        } else if (count >= 4 && count < 8) {
+            std::memcpy(out, s, 4 * sizeof(wchar_t));
+            std::memcpy(out + count - 4, s + count - 4, 4 * sizeof(wchar_t));
+        } else if (count < 4) {
             for (unsigned long i = 0; i < count; ++i)
                 out[i] = s[i];
         } else {

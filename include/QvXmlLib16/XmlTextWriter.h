@@ -84,6 +84,13 @@ private:
 
     void PutLineEnd() { Put(m_lineEnd); }
 
+    // Escapes [text, end) up to its first zero character, as PadAndAppend does.
+    void PutEscaped(const wchar_t* text, const wchar_t* end, bool inAttribute);
+
+    void PutEscaped(const std::wstring& text, bool inAttribute) {
+        PutEscaped(text.data(), text.data() + text.size(), inAttribute);
+    }
+
     void PutLineEndIfFormatted();
     void FlushCheck();
 

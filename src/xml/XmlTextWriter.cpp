@@ -7,6 +7,10 @@
 #include <cstdint>
 #include <cwchar>
 
+#if defined(__SSE2__)
+#include <emmintrin.h> // the escape scan
+#endif
+
 namespace QvXmlLib16 {
 
 namespace {
@@ -27,6 +31,34 @@ constexpr std::uint64_t kEscapedBelow64 = 1ull << L'\0' | 1ull << L'\n' | 1ull <
 bool MayNeedEscape(wchar_t c) {
     const auto code = static_cast<std::uint32_t>(c);
     return code < 64 && (kEscapedBelow64 >> code & 1) != 0;
+}
+
+// The first character in [p, end) that may need replacing or ends the text; end if none.
+const wchar_t* FindSpecial(const wchar_t* p, const wchar_t* end) {
+#if defined(__SSE2__)
+    // Eight at a time, narrowed to 16 bits with signed saturation: the markup characters keep
+    // their values and nothing else takes one of them.
+    const __m128i amp = _mm_set1_epi16(L'&'), lt = _mm_set1_epi16(L'<'), gt = _mm_set1_epi16(L'>'),
+                  quot = _mm_set1_epi16(L'"'), lf = _mm_set1_epi16(L'\n'),
+                  cr = _mm_set1_epi16(L'\r'), nul = _mm_setzero_si128();
+    for (; end - p >= 8; p += 8) {
+        const __m128i units =
+            _mm_packs_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)),
+                            _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 4)));
+        const __m128i markup =
+            _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(units, amp), _mm_cmpeq_epi16(units, lt)),
+                         _mm_or_si128(_mm_cmpeq_epi16(units, gt), _mm_cmpeq_epi16(units, quot)));
+        const __m128i other =
+            _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(units, lf), _mm_cmpeq_epi16(units, cr)),
+                         _mm_cmpeq_epi16(units, nul));
+        const int hits = _mm_movemask_epi8(_mm_or_si128(markup, other));
+        if (hits != 0)
+            return p + __builtin_ctz(static_cast<unsigned>(hits)) / 2;
+    }
+#endif
+    while (p < end && !MayNeedEscape(*p))
+        ++p;
+    return p;
 }
 
 } // namespace
@@ -133,7 +165,7 @@ void CXmlTextWriter::PutNamespaceDeclaration(const std::wstring& prefix, const s
         Put(prefix);
     }
     PutLiteral(L"=\"");
-    PadAndAppend(ns.c_str(), true);
+    PutEscaped(ns, true);
     m_stream.Append(L'"');
 }
 
@@ -187,7 +219,7 @@ void CXmlTextWriter::WriteAttributeString(const std::wstring& localName, const s
             PutLiteral(L"xmlns:");
             Put(choice.prefix);
             PutLiteral(L"=\"");
-            PadAndAppend(ns.c_str(), true);
+            PutEscaped(ns, true);
             PutLiteral(L"\" ");
         }
         Put(choice.prefix);
@@ -195,7 +227,7 @@ void CXmlTextWriter::WriteAttributeString(const std::wstring& localName, const s
     }
     Put(localName);
     PutLiteral(L"=\"");
-    PadAndAppend(value.c_str(), true);
+    PutEscaped(value, true);
     m_stream.Append(L'"');
     FlushCheck();
 }
@@ -234,7 +266,7 @@ void CXmlTextWriter::WriteString(const std::wstring& text, ItemType, bool isDefa
     if (StartsWithCData(text))
         m_stream.Append(text);
     else
-        PadAndAppend(text.c_str(), false);
+        PutEscaped(text, false);
     FlushCheck();
 }
 
@@ -262,7 +294,7 @@ void CXmlTextWriter::WriteEndElement() {
 
 void CXmlTextWriter::WriteComment(const std::wstring& text) {
     PutLiteral(L"<!--");
-    PadAndAppend(text.c_str(), false);
+    PutEscaped(text, false);
     PutLiteral(L"-->");
     PutLineEnd();
     FlushCheck();
@@ -283,19 +315,21 @@ void CXmlTextWriter::WriteInlineSchema(const std::wstring& text) {
     FlushCheck();
 }
 
-// Plain characters go out in runs; only the few that need it are replaced.
 void CXmlTextWriter::PadAndAppend(const wchar_t* text, bool inAttribute) {
-    if (!text)
-        return;
+    if (text)
+        PutEscaped(text, text + std::wcslen(text), inAttribute);
+}
+
+// Plain characters go out in runs; only the few that need it are replaced.
+void CXmlTextWriter::PutEscaped(const wchar_t* text, const wchar_t* end, bool inAttribute) {
     const wchar_t* run = text;
-    for (const wchar_t* p = text;; ++p) {
+    const wchar_t* p = FindSpecial(text, end);
+    for (; p < end; p = FindSpecial(p + 1, end)) {
         const wchar_t c = *p;
-        if (!MayNeedEscape(c) || (c == L'"' && !inAttribute))
+        if (c == L'\0')
+            break;
+        if (c == L'"' && !inAttribute)
             continue;
-        if (c == L'\0') {
-            m_stream.Append(run, static_cast<unsigned long>(p - run));
-            return;
-        }
         if (c == L'\n' && !inAttribute && m_eolType != EOL_CRLF && m_eolType != EOL_LF)
             throw CQvException(msg::kInvalidEolType);
         m_stream.Append(run, static_cast<unsigned long>(p - run));
@@ -313,6 +347,7 @@ void CXmlTextWriter::PadAndAppend(const wchar_t* text, bool inAttribute) {
                 PutLineEnd();
         }
     }
+    m_stream.Append(run, static_cast<unsigned long>(p - run));
 }
 
 } // namespace QvXmlLib16

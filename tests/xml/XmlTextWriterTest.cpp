@@ -229,6 +229,44 @@ TEST(XmlTextWriter, Escaping) {
     }
 }
 
+// Text is scanned several characters at a time: a character to replace, or a zero character
+// that ends the text, in any position of a long value must come out as it does alone.
+TEST(XmlTextWriter, EscapesAtEveryPosition) {
+    struct Special {
+        wchar_t c;
+        const wchar_t* inText;
+        const wchar_t* inAttribute;
+    };
+
+    const Special specials[] = {{L'&', L"&amp;", L"&amp;"}, {L'<', L"&lt;", L"&lt;"},
+                                {L'>', L"&gt;", L"&gt;"},   {L'"', L"\"", L"&quot;"},
+                                {L'\n', L"\n", L"&#xA;"},   {L'\r', L"", L""},
+                                {L'\0', nullptr, nullptr}};
+    const std::wstring plain = L"Plain text: 0123456789 abcdefghijklmnop-QRSTUV.";
+    for (const Special& special : specials) {
+        for (size_t at = 0; at < plain.size(); ++at) {
+            SCOPED_TRACE("unit " + std::to_string(unsigned(special.c)) + " at "
+                         + std::to_string(at));
+            std::wstring value = plain;
+            value[at] = special.c;
+            const std::wstring before = plain.substr(0, at);
+            const std::wstring after = special.inText ? plain.substr(at + 1) : L"";
+            const wchar_t* inText = special.inText ? special.inText : L"";
+            const wchar_t* inAttribute = special.inAttribute ? special.inAttribute : L"";
+            EXPECT_EQ(Written([&](CXmlTextWriter& w) {
+                          Start(w, L"r"), w.WriteString(value, ItemType_string, false), End(w);
+                      }),
+                      L"<r>" + before + inText + after + L"</r>\n");
+            EXPECT_EQ(Written([&](CXmlTextWriter& w) {
+                          Start(w, L"r");
+                          w.WriteAttributeString(L"a", L"", value, ItemType_string);
+                          End(w);
+                      }),
+                      L"<r a=\"" + before + inAttribute + after + L"\"/>\n");
+        }
+    }
+}
+
 TEST(XmlTextWriter, NamespacesAndSchemaAttributes) {
     struct Case {
         const char* name;
