@@ -72,7 +72,7 @@ public:
 
 private:
     // A child of the open element, or the document element when none is open; pushed.
-    CXmlElement* StartElement(detail::CSharedName ns, detail::CSharedName localName);
+    CXmlElement* StartElement(const detail::CSharedName& ns, const detail::CSharedName& localName);
     void SetInput(const unsigned char* data, unsigned long size);
     void DropTree();
 

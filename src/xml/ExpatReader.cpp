@@ -13,9 +13,11 @@
 
 #include <expat.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -66,6 +68,46 @@ std::wstring Widen(const XML_Char* s) {
         Widen(s, Length(s), out);
     return out;
 }
+
+// The text of one open element; kept between elements, so its room is reused.
+class CTextBuffer {
+public:
+    const char* data() const { return m_data.get(); }
+
+    size_t size() const { return m_size; }
+
+    bool empty() const { return m_size == 0; }
+
+    void clear() { m_size = 0; }
+
+    void append(const char* bytes, size_t count) { std::memcpy(Extend(count), bytes, count); }
+
+    void push_back(char c) { *Extend(1) = c; }
+
+    char* Extend(size_t count) {
+        if (m_capacity - m_size < count)
+            Grow(m_size + count);
+        char* room = m_data.get() + m_size;
+        m_size += count;
+        return room;
+    }
+
+    void GiveBack(size_t count) { m_size -= count; }
+
+private:
+    void Grow(size_t needed) {
+        const size_t capacity = std::max(needed, 2 * m_capacity);
+        std::unique_ptr<char[]> grown(new char[capacity]);
+        if (m_size > 0)
+            std::memcpy(grown.get(), m_data.get(), m_size);
+        m_data = std::move(grown);
+        m_capacity = capacity;
+    }
+
+    std::unique_ptr<char[]> m_data;
+    size_t m_size = 0;
+    size_t m_capacity = 0;
+};
 
 } // namespace
 
@@ -169,18 +211,17 @@ struct CExpatReader::Impl {
     // size when it ends.
     void Text(const XML_Char* s, int length) {
         if (depth > 0 && length > 0) {
-            CStringSink sink{openText[depth - 1]};
-            detail::AppendUtf16(sink, reinterpret_cast<const char16_t*>(s),
+            detail::AppendUtf16(openText[depth - 1], reinterpret_cast<const char16_t*>(s),
                                 static_cast<size_t>(length), true);
         }
     }
 
     void AppendMarker(const char* marker) {
         if (depth > 0)
-            openText[depth - 1] += marker;
+            openText[depth - 1].append(marker, std::strlen(marker));
     }
 
-    static void Give(CXmlElement* element, const std::string& text) {
+    static void Give(CXmlElement* element, const CTextBuffer& text) {
         if (element && !text.empty())
             element->m_text.Append(element->Store(), text.data(), text.size());
     }
@@ -198,22 +239,6 @@ struct CExpatReader::Impl {
             Give(open[level], openText[level]);
         depth = 0;
     }
-
-    struct CStringSink {
-        std::string& text;
-
-        void append(const char* bytes, size_t count) { text.append(bytes, count); }
-
-        void push_back(char c) { text.push_back(c); }
-
-        char* Extend(size_t count) {
-            const size_t size = text.size();
-            text.resize(size + count);
-            return &text[size];
-        }
-
-        void GiveBack(size_t count) { text.resize(text.size() - count); }
-    };
 
     static void XMLCALL FnStartElement(void* self, const XML_Char* name, const XML_Char** atts) {
         static_cast<Impl*>(self)->StartElement(name, atts);
@@ -245,7 +270,7 @@ struct CExpatReader::Impl {
     XML_Parser parser = nullptr;
     std::vector<CachedName> nameCache = std::vector<CachedName>(kNameCacheSize);
     std::wstring nameBuffer;
-    std::vector<std::string> openText; // by depth, reused
+    std::vector<CTextBuffer> openText; // by depth, reused
     size_t depth = 0;
 };
 

@@ -152,7 +152,8 @@ void CXmlDocument::DropTree() {
     m_documentElement.reset();
 }
 
-CXmlElement* CXmlDocument::StartElement(detail::CSharedName ns, detail::CSharedName localName) {
+CXmlElement* CXmlDocument::StartElement(const detail::CSharedName& ns,
+                                        const detail::CSharedName& localName) {
     CXmlElement* parent = GetOpenElement();
     CXmlElement* element;
     if (parent) {
@@ -167,8 +168,8 @@ CXmlElement* CXmlDocument::StartElement(detail::CSharedName ns, detail::CSharedN
         m_documentElement.reset(new (m_store) CXmlElement(this, nullptr, m_store));
         element = m_documentElement.get();
     }
-    element->m_namespace = m_store ? ns.Borrowed() : std::move(ns);
-    element->m_localName = m_store ? localName.Borrowed() : std::move(localName);
+    element->m_namespace = m_store ? ns.Borrowed() : ns;
+    element->m_localName = m_store ? localName.Borrowed() : localName;
     m_openElements.push_back(element);
     return element;
 }
