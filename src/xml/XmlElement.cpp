@@ -124,7 +124,10 @@ std::wstring CXmlAttribute::GetXPath() const {
     return path + GetLocalName();
 }
 
+// Most attributes have no namespace, and both checks need one.
 bool CXmlAttribute::IsNamespaceAttribute() const {
+    if (m_namespace.IsEmpty())
+        return false;
     const std::wstring& ns = GetNamespaceURI();
     if (ns != ns::kXsi && ns != ns::kXmlns)
         return false;
@@ -134,7 +137,7 @@ bool CXmlAttribute::IsNamespaceAttribute() const {
 }
 
 bool CXmlAttribute::IsNilAttribute() const {
-    return GetLocalName() == L"nil" && GetNamespaceURI() == ns::kXsi;
+    return !m_namespace.IsEmpty() && GetLocalName() == L"nil" && GetNamespaceURI() == ns::kXsi;
 }
 
 // ---- CXmlElement ----
