@@ -1,6 +1,7 @@
 #include "common/TestUtils.h"
 
 #include <algorithm>
+#include <deque>
 
 using qvtest::ExactBuffer;
 using Bytes = std::vector<unsigned char>;
@@ -103,8 +104,7 @@ TEST(ConvertUTF, Utf32ToUtf8AsciiRuns) {
                         {wchar_t(-1), {0xEF, 0xBF, 0xBD}},
                         {wchar_t(0x100), {0xC4, 0x80}}};
     std::vector<ConvCase<wchar_t, unsigned char>> cases;
-    std::vector<std::string> names;
-    names.reserve(5 * 40 + 40);
+    std::deque<std::string> names; // the cases point into it: it must not move them
     for (const Odd& odd : odds) {
         for (size_t at = 0; at < 40; ++at) {
             Units32 source;
