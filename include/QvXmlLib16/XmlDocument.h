@@ -79,8 +79,9 @@ private:
     std::unique_ptr<CXmlElement> m_documentElement;
     std::vector<CXmlElement*> m_openElements;
     std::map<std::wstring, std::wstring> m_aliases; // prefix -> namespace URI
-    std::unique_ptr<unsigned char[]> m_input;
-    unsigned long m_inputLength = 0;
+    std::unique_ptr<unsigned char[]> m_input;       // bytes the document had to make
+    const unsigned char* m_source = nullptr;        // the bytes to parse: m_input's or the caller's
+    unsigned long m_inputLength = 0;                // of m_source
     bool m_inputIsUtf8 = false; // wide text converted by LoadXml: declarations do not apply
     unsigned m_schemaType = 0;
     ElementCompletedCallback m_callback = nullptr;

@@ -333,7 +333,7 @@ void CExpatReader::Parse(bool freeParser) {
     Impl& impl = *m_impl;
     if (!impl.parser)
         CreateParser();
-    const char* data = reinterpret_cast<const char*>(impl.document.m_input.get());
+    const char* data = reinterpret_cast<const char*>(impl.document.m_source);
     unsigned long remaining = impl.document.m_inputLength;
     // One XML_Parse call for any ordinary input; only inputs over 1 GiB go in pieces.
     do {

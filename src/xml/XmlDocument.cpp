@@ -53,14 +53,15 @@ void CXmlDocument::Cleanup() {
         m_store = nullptr;
     }
     m_input.reset();
+    m_source = nullptr;
     m_inputLength = 0;
     m_inputIsUtf8 = false;
     m_aliases.clear();
 }
 
+// The caller's bytes are parsed where they are: a parse finishes before the load returns.
 void CXmlDocument::SetInput(const unsigned char* data, unsigned long size) {
-    m_input.reset(new unsigned char[size]);
-    std::memcpy(m_input.get(), data, size);
+    m_source = data;
     m_inputLength = size;
 }
 
@@ -81,6 +82,7 @@ void CXmlDocument::Load(const wchar_t* fileName) {
     if (read == 0 || read < static_cast<size_t>(length))
         throw CQvException(FormatString(msg::kFileReadFailedFmt, name));
     m_input = std::move(bytes);
+    m_source = m_input.get();
     m_inputLength = static_cast<unsigned long>(length);
     Parse();
 }
@@ -94,6 +96,7 @@ void CXmlDocument::LoadXml(const wchar_t* text) {
     const unsigned long size = UnicodeToUTF8(text, length, nullptr, 0);
     m_input.reset(new unsigned char[size > 0 ? size : 1]);
     m_inputLength = UnicodeToUTF8(text, length, m_input.get(), size);
+    m_source = m_input.get();
     m_inputIsUtf8 = true;
     ParseText();
 }
@@ -116,11 +119,13 @@ void CXmlDocument::LoadXmlStream(unsigned char* data, unsigned long size) {
 }
 
 void CXmlDocument::Parse() {
-    unsigned char* data = m_input.get();
+    // Decompression only reads the bytes, and hands back new ones when they were compressed.
+    unsigned char* data = const_cast<unsigned char*>(m_source);
     unsigned long length = m_inputLength;
     CQvZip::Decompress(&data, &length);
-    if (data != m_input.get()) {
+    if (data != m_source) {
         m_input.reset(data);
+        m_source = data;
         m_inputLength = length;
     }
     // Fast Infoset input is recognised here once its reader exists; until then every input
@@ -138,6 +143,7 @@ void CXmlDocument::ParseText() {
 
         ~DropInput() {
             document.m_input.reset();
+            document.m_source = nullptr;
             document.m_inputLength = 0;
         }
     } dropInput{*this};

@@ -3,8 +3,10 @@
 
 #include "common/TestUtils.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <vector>
 
 using namespace QvXmlLib16;
 
@@ -124,4 +126,18 @@ TEST(XmlTreeStore, TextGatheredInPieces) {
     auto large = Parse("<r><a>" + big + "</a>" + big + "</r>");
     EXPECT_EQ(large->GetDocumentElement()->GetText(), std::wstring(big.size(), L'q'));
     EXPECT_EQ(large->GetDocumentElement()->GetFirstElement()->GetText().size(), big.size());
+}
+
+TEST(XmlTreeStore, CallersBytesAreReadInPlaceAndNotKept) {
+    std::string xml = "<r a='value'>text<c>child</c></r>";
+    std::vector<unsigned char> bytes(xml.begin(), xml.end());
+    const std::vector<unsigned char> original = bytes;
+    CXmlDocument doc;
+    doc.LoadXmlStream(bytes.data(), static_cast<unsigned long>(bytes.size()));
+    EXPECT_EQ(bytes, original);
+    std::fill(bytes.begin(), bytes.end(), 'X');
+    const CXmlElement* root = doc.GetDocumentElement();
+    EXPECT_EQ(root->GetText(), L"text");
+    EXPECT_EQ(root->GetAttributes()[0]->GetValue(), L"value");
+    EXPECT_EQ(root->GetFirstElement()->GetText(), L"child");
 }
