@@ -34,6 +34,8 @@ public:
     explicit CBigInteger(const wchar_t* text);
     CBigInteger(const CBigInteger& other);
     CBigInteger& operator=(const CBigInteger& other);
+    CBigInteger(CBigInteger&& other) noexcept;
+    CBigInteger& operator=(CBigInteger&& other) noexcept;
     virtual ~CBigInteger();
 
     // Plain integer text ([+|-]digits within white space) is read directly; anything else goes

@@ -28,6 +28,8 @@ public:
     explicit CDecimal(const wchar_t* text);
     CDecimal(const CDecimal& other);
     CDecimal& operator=(const CDecimal& other);
+    CDecimal(CDecimal&& other) noexcept;
+    CDecimal& operator=(CDecimal&& other) noexcept;
     virtual ~CDecimal();
 
     // [white space][+|-]digits[.digits][(e|E)[+|-]digits][white space], at least one digit before

@@ -92,6 +92,7 @@ public:
     void SetChar(wchar_t value);
     wchar_t GetChar() const;
     void SetString(const std::wstring& value);
+    void SetString(std::wstring&& value);
     std::wstring GetString() const;
     // The stored string itself, valid until the variant changes; throws as GetString does.
     const std::wstring& GetStringRef() const;
@@ -117,6 +118,8 @@ public:
     // On a conversion error the variant keeps its value. A type outside 1-26 throws
     // CQvException "Invalid Type %d to convert to string" with this variant's current type.
     void FromString(const std::wstring& text, ItemType type, CWhitespaceUtils::WhitespaceRule rule);
+    // The same, keeping the text itself as the value of a string the rule leaves unchanged.
+    void FromString(std::wstring&& text, ItemType type, CWhitespaceUtils::WhitespaceRule rule);
 
 private:
     template <class T>

@@ -1,5 +1,6 @@
 #include "foundation/BooleanText.h"
 #include "foundation/FoundationMessages.h"
+#include "foundation/RuleApplied.h"
 
 #include <QvXmlLib16/Conversions.h>
 #include <QvXmlLib16/Format.h>
@@ -14,7 +15,8 @@ namespace {
 
 CDateTime ParseDate(const std::wstring& raw, CConversions::Rule rule, CDateTime::DTType kind,
                     void (CDateTime::*parse)(const wchar_t*)) {
-    const std::wstring text = CWhitespaceUtils::ApplyRule(rule, raw);
+    const detail::CRuleApplied ruled(rule, raw);
+    const std::wstring& text = ruled.Text();
     CDateTime value(kind);
     (value.*parse)(text.c_str());
     return value;
@@ -23,7 +25,8 @@ CDateTime ParseDate(const std::wstring& raw, CConversions::Rule rule, CDateTime:
 } // namespace
 
 bool CConversions::booleanFromString(const std::wstring& raw, Rule rule) {
-    const std::wstring text = CWhitespaceUtils::ApplyRule(rule, raw);
+    const detail::CRuleApplied ruled(rule, raw);
+    const std::wstring& text = ruled.Text();
     switch (detail::ReadBooleanText(text)) {
     case detail::BooleanText::True: return true;
     case detail::BooleanText::False: return false;
@@ -33,7 +36,8 @@ bool CConversions::booleanFromString(const std::wstring& raw, Rule rule) {
 }
 
 wchar_t CConversions::charFromString(const std::wstring& raw, Rule rule) {
-    const std::wstring text = CWhitespaceUtils::ApplyRule(rule, raw);
+    const detail::CRuleApplied ruled(rule, raw);
+    const std::wstring& text = ruled.Text();
     if (text.size() != 1)
         throw CQvInvalidValueException(FormatString(msg::kInvalidCharFmt, text.c_str()));
     return text[0];
@@ -44,28 +48,28 @@ std::wstring CConversions::stringFromString(const std::wstring& text, Rule rule)
 }
 
 CDecimal CConversions::decimalFromString(const std::wstring& text, Rule rule) {
-    return CDecimal(CWhitespaceUtils::ApplyRule(rule, text).c_str());
+    return CDecimal(detail::CRuleApplied(rule, text).c_str());
 }
 
 CBigInteger CConversions::integerFromString(const std::wstring& text, Rule rule) {
-    return CBigInteger(CWhitespaceUtils::ApplyRule(rule, text).c_str());
+    return CBigInteger(detail::CRuleApplied(rule, text).c_str());
 }
 
 CBinaryData CConversions::hexBinaryFromString(const std::wstring& text, Rule rule) {
     CBinaryData value;
-    value.SetAsHexString(CWhitespaceUtils::ApplyRule(rule, text).c_str());
+    value.SetAsHexString(detail::CRuleApplied(rule, text).c_str());
     return value;
 }
 
 CBinaryData CConversions::base64BinaryFromString(const std::wstring& text, Rule rule) {
     CBinaryData value;
-    value.SetAsBase64(CWhitespaceUtils::ApplyRule(rule, text).c_str());
+    value.SetAsBase64(detail::CRuleApplied(rule, text).c_str());
     return value;
 }
 
 CDateTimeSpan CConversions::durationFromString(const std::wstring& text, Rule rule) {
     CDateTimeSpan value;
-    value.ParseXSDDuration(CWhitespaceUtils::ApplyRule(rule, text).c_str());
+    value.ParseXSDDuration(detail::CRuleApplied(rule, text).c_str());
     return value;
 }
 

@@ -1,5 +1,6 @@
 #include "foundation/FoundationMessages.h"
 #include "foundation/NumericLocale.h"
+#include "foundation/RuleApplied.h"
 
 #include <QvXmlLib16/Conversions.h>
 #include <QvXmlLib16/Format.h>
@@ -34,7 +35,8 @@ bool HasTrailing(const std::wstring& text, const wchar_t* end) {
 template <class T>
 T ParseWide(const std::wstring& raw, CConversions::Rule rule, const wchar_t* type,
             T (*parse)(const wchar_t*, wchar_t**, int)) {
-    const std::wstring text = CWhitespaceUtils::ApplyRule(rule, raw);
+    const detail::CRuleApplied ruled(rule, raw);
+    const std::wstring& text = ruled.Text();
     if (text.empty())
         ThrowNotConvertible(text, type);
     wchar_t* end = nullptr;
@@ -60,7 +62,8 @@ Narrow ParseNarrow(const std::wstring& raw, CConversions::Rule rule, const wchar
 }
 
 double ParseReal(const std::wstring& raw, CConversions::Rule rule, const wchar_t* type) {
-    const std::wstring text = CWhitespaceUtils::ApplyRule(rule, raw);
+    const detail::CRuleApplied ruled(rule, raw);
+    const std::wstring& text = ruled.Text();
     if (text.empty())
         ThrowNotConvertible(text, type);
     if (text == L"NaN" || text == L"1.#QNAN" || text == L"-NAN")

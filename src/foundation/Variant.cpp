@@ -1,4 +1,5 @@
 #include "foundation/FoundationMessages.h"
+#include "foundation/RuleApplied.h"
 
 #include <QvXmlLib16/Conversions.h>
 #include <QvXmlLib16/Format.h>
@@ -299,6 +300,15 @@ void QvVariant::SetString(const std::wstring& v) {
     m_type = ItemType_string;
 }
 
+// The text moves into a kept string when there is one, so neither allocates.
+void QvVariant::SetString(std::wstring&& v) {
+    std::wstring* kept = MakeString(std::wstring());
+    kept->swap(v);
+    Clear();
+    m_cell.ptr = kept;
+    m_type = ItemType_string;
+}
+
 std::wstring QvVariant::GetString() const { return LoadOwned<std::wstring>(ItemType_string); }
 const std::wstring& QvVariant::GetStringRef() const {
     return LoadOwned<std::wstring>(ItemType_string);
@@ -415,6 +425,13 @@ void QvVariant::FromString(const std::wstring& text, ItemType type,
     case ItemType_integer: return SetInteger(C::integerFromString(text, rule));
     default: ThrowNotConvertible(m_type); // the message names this variant's type on purpose
     }
+}
+
+void QvVariant::FromString(std::wstring&& text, ItemType type,
+                           CWhitespaceUtils::WhitespaceRule rule) {
+    if (type == ItemType_string && detail::RuleLeavesText(rule, text))
+        return SetString(std::move(text));
+    FromString(static_cast<const std::wstring&>(text), type, rule);
 }
 
 } // namespace QvXmlLib16

@@ -115,6 +115,23 @@ CBigInteger::CBigInteger(const wchar_t* text) {
 
 CBigInteger::CBigInteger(const CBigInteger& other) = default;
 CBigInteger& CBigInteger::operator=(const CBigInteger& other) = default;
+
+// A moved-from value is zero.
+CBigInteger::CBigInteger(CBigInteger&& other) noexcept
+    : m_sign(other.m_sign),
+      m_limbs(std::move(other.m_limbs)) {
+    other.m_sign = 1;
+    other.m_limbs.clear();
+}
+
+CBigInteger& CBigInteger::operator=(CBigInteger&& other) noexcept {
+    m_sign = other.m_sign;
+    m_limbs = std::move(other.m_limbs);
+    other.m_sign = 1;
+    other.m_limbs.clear();
+    return *this;
+}
+
 CBigInteger::~CBigInteger() = default;
 
 void CBigInteger::Parse(const wchar_t* text) {

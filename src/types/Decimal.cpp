@@ -39,8 +39,11 @@ void CheckScale(int scale) {
 // What Parse learns from the text before building the number.
 struct DecimalText {
     bool negative = false;
-    std::wstring digits; // integer digits then fraction digits
-    long scale = 0;      // fraction digits minus the exponent
+    const wchar_t* integer = nullptr; // the integer digits
+    size_t integerCount = 0;
+    const wchar_t* fraction = nullptr; // the fraction digits
+    size_t fractionCount = 0;
+    long scale = 0; // fraction digits minus the exponent
 };
 
 // Reads the exponent after 'e' at pos; refuses one that moves the point too far.
@@ -71,15 +74,17 @@ DecimalText ReadDecimalText(const wchar_t* text) {
     const size_t intStart = pos;
     while (IsDigit(text[pos]))
         ++pos;
-    out.digits.assign(text + intStart, text + pos);
+    out.integer = text + intStart;
+    out.integerCount = pos - intStart;
     if (text[pos] == L'.') {
         const size_t fracStart = ++pos;
         while (IsDigit(text[pos]))
             ++pos;
-        out.digits.append(text + fracStart, text + pos);
+        out.fraction = text + fracStart;
+        out.fractionCount = pos - fracStart;
         out.scale = static_cast<long>(pos - fracStart);
     }
-    if (out.digits.empty())
+    if (out.integerCount + out.fractionCount == 0)
         ThrowInvalidChar(pos, text);
     if (text[pos] == L'e' || text[pos] == L'E')
         out.scale -= ReadExponent(text, pos);
@@ -125,18 +130,29 @@ CDecimal::CDecimal(const wchar_t* text) {
 
 CDecimal::CDecimal(const CDecimal& other) = default;
 CDecimal& CDecimal::operator=(const CDecimal& other) = default;
+CDecimal::CDecimal(CDecimal&& other) noexcept = default;
+CDecimal& CDecimal::operator=(CDecimal&& other) noexcept = default;
 CDecimal::~CDecimal() = default;
 
 void CDecimal::Parse(const wchar_t* text) {
     DecimalText read = ReadDecimalText(text ? text : L"");
-    if (read.scale < 0) {
-        read.digits.append(static_cast<size_t>(-read.scale), L'0');
-        read.scale = 0;
+    // The digits without the point, and the zeros a negative scale asks for; ordinary values
+    // fit the local buffer.
+    const size_t zeros = read.scale < 0 ? static_cast<size_t>(-read.scale) : 0;
+    const size_t count = read.integerCount + read.fractionCount + zeros;
+    wchar_t local[64];
+    std::wstring large;
+    wchar_t* digits = local;
+    if (count > sizeof local / sizeof *local) {
+        large.resize(count);
+        digits = large.data();
     }
-    const wchar_t* digits = read.digits.c_str();
-    m_value = BigIntegerAccess::Make(detail::MagFromDigits(digits, digits + read.digits.size()),
-                                     read.negative);
-    m_scale = static_cast<int>(read.scale);
+    std::wmemcpy(digits, read.integer, read.integerCount);
+    if (read.fractionCount > 0)
+        std::wmemcpy(digits + read.integerCount, read.fraction, read.fractionCount);
+    std::wmemset(digits + read.integerCount + read.fractionCount, L'0', zeros);
+    m_value = BigIntegerAccess::Make(detail::MagFromDigits(digits, digits + count), read.negative);
+    m_scale = static_cast<int>(read.scale < 0 ? 0 : read.scale);
 }
 
 // Built in place: the digits are written right-aligned without the point, zeros before them

@@ -54,6 +54,21 @@ std::wstring RandomDigits(std::mt19937_64& rng, size_t count) {
 
 } // namespace
 
+TEST(CBigInteger, MovedFromValueIsZero) {
+    CBigInteger negative(L"-123456789012345678901234567890");
+    CBigInteger taken(std::move(negative));
+    EXPECT_EQ(taken.ToString(), L"-123456789012345678901234567890");
+    EXPECT_EQ(negative.ToString(), L"0"); // NOLINT(bugprone-use-after-move): the state is defined
+    EXPECT_FALSE(negative.IsNegative());
+    CBigInteger assigned(L"5");
+    assigned = std::move(taken);
+    EXPECT_EQ(assigned.ToString(), L"-123456789012345678901234567890");
+    EXPECT_TRUE(taken.IsZero()); // NOLINT(bugprone-use-after-move)
+    CDecimal decimal(L"-2.50");
+    CDecimal movedDecimal(std::move(decimal));
+    EXPECT_EQ(movedDecimal.ToString(), L"-2.50");
+}
+
 TEST(CBigInteger, ConstructsAndPrints) {
     struct Case {
         const char* name;
