@@ -116,11 +116,38 @@ void AppendUtf16(Out& out, const char16_t* s, size_t count, bool excludingCR) {
     }
 }
 
+// Widens the leading run of ASCII bytes into out, sixteen at a time; returns its length.
+inline size_t WidenAsciiRun(const unsigned char* p, size_t count, wchar_t* out) {
+    size_t i = 0;
+#if defined(__SSE2__)
+    static_assert(sizeof(wchar_t) == 4, "wide characters are 32 bits here");
+    const __m128i zero = _mm_setzero_si128();
+    for (; count - i >= 16; i += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + i));
+        if (_mm_movemask_epi8(bytes) != 0)
+            break;
+        const __m128i low = _mm_unpacklo_epi8(bytes, zero);
+        const __m128i high = _mm_unpackhi_epi8(bytes, zero);
+        __m128i* to = reinterpret_cast<__m128i*>(out + i);
+        _mm_storeu_si128(to, _mm_unpacklo_epi16(low, zero));
+        _mm_storeu_si128(to + 1, _mm_unpackhi_epi16(low, zero));
+        _mm_storeu_si128(to + 2, _mm_unpacklo_epi16(high, zero));
+        _mm_storeu_si128(to + 3, _mm_unpackhi_epi16(high, zero));
+    }
+#endif
+    for (; i < count && p[i] < 0x80; ++i)
+        out[i] = static_cast<wchar_t>(p[i]);
+    return i;
+}
+
 inline std::wstring Expand(const char* text, size_t size) {
     std::wstring out(size, L'\0');
-    size_t n = 0;
     const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
     const unsigned char* end = p + size;
+    size_t n = WidenAsciiRun(p, size, out.data());
+    if (n == size)
+        return out;
+    p += n;
     while (p < end) {
         const unsigned char lead = *p++;
         if (lead < 0x80) {
