@@ -47,8 +47,9 @@ test-sanitize: deps
 test-tsan: deps
 	cmake -S . -B build-tsan $(CMAKE_ARGS) -DCMAKE_BUILD_TYPE=Debug -DQVXML_BUILD_BENCH=OFF \
 	    -DCMAKE_CXX_FLAGS="-fsanitize=thread -fno-omit-frame-pointer"
-	cmake --build build-tsan -j $(JOBS) --target qvxml_foundation_tests qvxml_types_tests
-	for t in foundation types; do \
+	cmake --build build-tsan -j $(JOBS) --target qvxml_foundation_tests qvxml_types_tests \
+	    qvxml_binding_tests
+	for t in foundation types binding; do \
 	    TSAN_OPTIONS=halt_on_error=1 ./build-tsan/tests/qvxml_$${t}_tests --gtest_filter='*Thread*' || exit 1; \
 	done
 
