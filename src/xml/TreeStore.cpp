@@ -37,7 +37,7 @@ CTreeStore::~CTreeStore() {
 }
 
 void* CTreeStore::TakeFromNewChunk(std::size_t size) {
-    // A block too large for a chunk of its own kind gets one of its own, and the current
+    // A block over a quarter of the largest chunk gets a chunk to itself, and the current
     // chunk stays in use.
     if (size > kLargestChunk / 4) {
         Chunk* chunk = static_cast<Chunk*>(::operator new(sizeof(Chunk) + size));
@@ -45,7 +45,7 @@ void* CTreeStore::TakeFromNewChunk(std::size_t size) {
         m_chunks = chunk;
         return chunk + 1;
     }
-    const std::size_t capacity = m_nextChunk;
+    const std::size_t capacity = std::max(m_nextChunk, size);
     m_nextChunk = std::min(m_nextChunk * 2, kLargestChunk);
     Chunk* chunk = static_cast<Chunk*>(::operator new(sizeof(Chunk) + capacity));
     chunk->next = m_chunks;

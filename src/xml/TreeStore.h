@@ -13,10 +13,9 @@ namespace QvXmlLib16::detail {
 // building a tree costs no allocation per node and freeing it a handful. Deleting a node
 // placed here only runs its destructor; the memory goes with the store. Nodes here hold
 // uncounted names and no memory the store does not free, so a whole tree can be dropped
-// without visiting it. The document holds one
-// reference; an element unlinked from the tree holds another until it is deleted, so it stays
-// valid even when the document goes first. Not thread-safe apart from the count: a tree is
-// built by one thread.
+// without visiting it. The document holds one reference; an element unlinked from the tree
+// holds another until it is deleted, so it stays valid even when the document goes first.
+// Not thread-safe apart from the count: a tree is built by one thread.
 class CTreeStore {
 public:
     explicit CTreeStore(const CXmlDocument* document) : m_document(document) {}

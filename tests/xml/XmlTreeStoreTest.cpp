@@ -122,6 +122,12 @@ TEST(XmlTreeStore, TextGatheredInPieces) {
         EXPECT_EQ(three->GetDocumentElement()->GetText(), std::wstring(19, L'z'));
     }
 
+    // Texts between the first chunk's size and the size that gets a chunk of its own.
+    for (const size_t size : {5000u, 10000u, 70000u, 200000u}) {
+        auto sized = Parse("<r>" + std::string(size, 's') + "</r>");
+        EXPECT_EQ(sized->GetDocumentElement()->GetText(), std::wstring(size, L's'));
+    }
+
     const std::string big(1 << 20, 'q');
     auto large = Parse("<r><a>" + big + "</a>" + big + "</r>");
     EXPECT_EQ(large->GetDocumentElement()->GetText(), std::wstring(big.size(), L'q'));
