@@ -21,6 +21,7 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <string>
 #include <utility>
@@ -270,30 +271,46 @@ struct CExpatReader::Impl {
         depth = 0;
     }
 
+    // An exception must not cross expat's C frames: a handler that fails (an element-completed
+    // callback, memory) stops the parser, and Parse throws the exception again once expat has
+    // returned.
+    template <class Handle>
+    static void Guarded(void* self, Handle&& handle) {
+        Impl& impl = *static_cast<Impl*>(self);
+        if (impl.failure)
+            return;
+        try {
+            handle(impl);
+        } catch (...) {
+            impl.failure = std::current_exception();
+            XML_StopParser(impl.parser, XML_FALSE);
+        }
+    }
+
     static void XMLCALL FnStartElement(void* self, const XML_Char* name, const XML_Char** atts) {
-        static_cast<Impl*>(self)->StartElement(name, atts);
+        Guarded(self, [=](Impl& impl) { impl.StartElement(name, atts); });
     }
 
     static void XMLCALL FnEndElement(void* self, const XML_Char*) {
-        static_cast<Impl*>(self)->EndElement();
+        Guarded(self, [](Impl& impl) { impl.EndElement(); });
     }
 
     static void XMLCALL FnText(void* self, const XML_Char* s, int length) {
-        static_cast<Impl*>(self)->Text(s, length);
+        Guarded(self, [=](Impl& impl) { impl.Text(s, length); });
     }
 
     static void XMLCALL FnStartNamespace(void* self, const XML_Char* prefix, const XML_Char* uri) {
-        static_cast<Impl*>(self)->document.SetAlias(Widen(prefix), Widen(uri));
+        Guarded(self, [=](Impl& impl) { impl.document.SetAlias(Widen(prefix), Widen(uri)); });
     }
 
     static void XMLCALL FnEndNamespace(void*, const XML_Char*) {}
 
     static void XMLCALL FnStartCDATA(void* self) {
-        static_cast<Impl*>(self)->AppendMarker(kCDataStart);
+        Guarded(self, [](Impl& impl) { impl.AppendMarker(kCDataStart); });
     }
 
     static void XMLCALL FnEndCDATA(void* self) {
-        static_cast<Impl*>(self)->AppendMarker(kCDataEnd);
+        Guarded(self, [](Impl& impl) { impl.AppendMarker(kCDataEnd); });
     }
 
     CXmlDocument& document;
@@ -301,6 +318,7 @@ struct CExpatReader::Impl {
     std::vector<CachedName> nameCache = std::vector<CachedName>(kNameCacheSize);
     std::wstring nameBuffer;
     std::vector<CTextBuffer> openText; // by depth, reused
+    std::exception_ptr failure;        // a handler's exception, thrown after expat returns
     size_t depth = 0;
 };
 
@@ -341,7 +359,16 @@ void CExpatReader::Parse(bool freeParser) {
                               ? kMaxChunk
                               : static_cast<int>(remaining);
         remaining -= static_cast<unsigned long>(chunk);
-        if (XML_Parse(impl.parser, data, chunk, remaining == 0) == XML_STATUS_ERROR) {
+        const XML_Status status = XML_Parse(impl.parser, data, chunk, remaining == 0);
+        if (impl.failure) {
+            const std::exception_ptr failure = impl.failure;
+            impl.failure = nullptr;
+            impl.depth = 0;
+            Cleanup();
+            impl.FreeParser();
+            std::rethrow_exception(failure);
+        }
+        if (status == XML_STATUS_ERROR) {
             const std::wstring message = WidenAscii(XML_ErrorString(XML_GetErrorCode(impl.parser)));
             const int line = static_cast<int>(XML_GetCurrentLineNumber(impl.parser));
             impl.GiveOpenText();

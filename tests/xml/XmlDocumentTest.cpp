@@ -246,6 +246,21 @@ TEST(XmlDocument, CompletedCallback) {
     EXPECT_EQ(ChildNames(some.GetDocumentElement()->GetFirstElement()), L"b");
 }
 
+// A callback that throws stops the parse; its exception reaches the caller unchanged and the
+// document can load again.
+TEST(XmlDocument, CompletedCallbackThatThrows) {
+    auto refuseNote = [](CXmlElement* element) -> bool {
+        if (element->GetLocalName() == L"Note")
+            throw CQvInvalidValueException(L"no notes");
+        return false;
+    };
+    CXmlDocument doc(+refuseNote);
+    ExpectThrowMsg<CQvInvalidValueException>(
+        [&] { doc.LoadXml("<r><Item/><Note>n</Note><Item/></r>"); }, L"no notes");
+    doc.LoadXml("<r><Item/></r>");
+    EXPECT_EQ(ChildNames(doc.GetDocumentElement()), L"Item");
+}
+
 TEST(XmlDocument, LoadFailures) {
     qvtest::TempDir dir;
     const std::wstring empty = dir.WFile("empty.xml");
