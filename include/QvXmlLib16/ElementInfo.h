@@ -158,7 +158,8 @@ private:
     // Reads xsi:nil and refuses other attributes; true when the element is nil.
     bool ReadNilAttributes(const CSerializationContext& ctx, const CXmlElement& element) const;
     // The text to convert: the element's, or the default for an empty element.
-    std::wstring TextOrDefault(const CXmlElement& element) const;
+    // Fills text, reusing its room, with the element's text or the default for an empty one.
+    void TextOrDefault(const CXmlElement& element, std::wstring& text) const;
     void WriteNilElement(CXmlWriter* writer) const;
 };
 

@@ -90,6 +90,8 @@ public:
     const std::wstring& GetNamespaceURI() const;
     const std::wstring& GetLocalName() const;
     std::wstring GetValue() const;
+    // The same into value, reusing its room.
+    void GetValue(std::wstring& value) const;
 
     const CXmlElement* GetOwner() const { return m_owner; }
 
@@ -144,6 +146,8 @@ public:
     const std::wstring& GetNamespaceURI() const;
     const std::wstring& GetLocalName() const;
     std::wstring GetText() const;
+    // The same into text, reusing its room.
+    void GetText(std::wstring& text) const;
 
     bool HasText() const { return !m_text.IsEmpty(); }
 

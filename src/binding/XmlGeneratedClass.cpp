@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <typeinfo>
 #include <vector>
@@ -320,9 +321,13 @@ void CXmlGeneratedClass::ReadNilAttribute(CXmlAttribute& attribute, const CXmlEl
 void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& ctx,
                                                   CXmlElement* element, bool unknownIsError) {
     CAttributeInfo** infos = GetClassAttributeInfo();
-    std::vector<bool> found;
+    size_t count = 0;
     for (CAttributeInfo** info = infos; info && *info; ++info)
-        found.push_back(false);
+        ++count;
+    // Which infos took an attribute; a class seldom has more than a few.
+    bool local[16] = {};
+    std::unique_ptr<bool[]> many(count > 16 ? new bool[count]() : nullptr);
+    bool* const found = many ? many.get() : local;
     for (CXmlAttribute* attribute : element->GetAttributes()) {
         if (attribute->IsNamespaceAttribute())
             continue;
@@ -331,14 +336,14 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& c
             continue;
         }
         bool taken = false;
-        for (size_t i = 0; i < found.size() && !taken; ++i) {
+        for (size_t i = 0; i < count && !taken; ++i) {
             if (infos[i]->AttributeFromXml(ctx, this, attribute))
                 found[i] = taken = true;
         }
         if (!taken && unknownIsError && !ctx.GetIgnoreUnknownAttributes())
             throw CQvValidationException(msg::kUnexpectedAttribute, attribute->GetXPath());
     }
-    for (size_t i = 0; i < found.size(); ++i)
+    for (size_t i = 0; i < count; ++i)
         infos[i]->Validate(ctx, found[i]);
 }
 

@@ -1,5 +1,6 @@
 #include "foundation/VariantText.h"
 #include "metadata/MetadataMessages.h"
+#include "metadata/ReadScratch.h"
 
 #include <QvXmlLib16/AttributeInfo.h>
 #include <QvXmlLib16/Format.h>
@@ -117,7 +118,9 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const CSerializationContext&,
         || attribute->GetNamespaceURI() != m_namespace)
         return false;
     QvVariant value;
-    value.FromString(attribute->GetValue(), m_itemType, m_whitespaceRule);
+    std::wstring& text = detail::ReadScratch();
+    attribute->GetValue(text);
+    value.FromString(text, m_itemType, m_whitespaceRule);
     InvokePropertySet(object, value, *attribute);
     return true;
 }

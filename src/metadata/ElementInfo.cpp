@@ -1,6 +1,7 @@
 #include "foundation/BooleanText.h"
 #include "foundation/VariantText.h"
 #include "metadata/MetadataMessages.h"
+#include "metadata/ReadScratch.h"
 
 #include <QvXmlLib16/ElementInfo.h>
 #include <QvXmlLib16/Format.h>
@@ -254,11 +255,10 @@ bool CElementInfo::ReadNilAttributes(const CSerializationContext& ctx,
     return nil;
 }
 
-std::wstring CElementInfo::TextOrDefault(const CXmlElement& element) const {
-    std::wstring text = element.GetText();
+void CElementInfo::TextOrDefault(const CXmlElement& element, std::wstring& text) const {
+    element.GetText(text);
     if (text.empty() && !m_defaultValue.empty())
         text = m_defaultValue;
-    return text;
 }
 
 // A nil element leaves the member as it was: the accessor is not called.
@@ -267,7 +267,9 @@ void CElementInfo::ElementFromXmlPrim(const CSerializationContext& ctx, CXmlGene
     CXmlElement& element = **current;
     if (!ReadNilAttributes(ctx, element)) {
         QvVariant value;
-        value.FromString(TextOrDefault(element), m_itemType, m_whitespaceRule);
+        std::wstring& text = detail::ReadScratch();
+        TextOrDefault(element, text);
+        value.FromString(text, m_itemType, m_whitespaceRule);
         InvokePropertySet(object, value, element);
     }
     *current = element.GetNextSiblingElement();
@@ -278,7 +280,9 @@ void CElementInfo::ElementFromXmlEnum(const CSerializationContext& ctx, CXmlGene
     CXmlElement& element = **current;
     if (!ReadNilAttributes(ctx, element)) {
         QvVariant value;
-        value.SetI4(m_enumFromString ? m_enumFromString(TextOrDefault(element).c_str()) : 0);
+        std::wstring& text = detail::ReadScratch();
+        TextOrDefault(element, text);
+        value.SetI4(m_enumFromString ? m_enumFromString(text.c_str()) : 0);
         InvokePropertySet(object, value, element);
     }
     *current = element.GetNextSiblingElement();

@@ -140,13 +140,14 @@ inline size_t WidenAsciiRun(const unsigned char* p, size_t count, wchar_t* out) 
     return i;
 }
 
-inline std::wstring Expand(const char* text, size_t size) {
-    std::wstring out(size, L'\0');
+// Widens stored text into out, replacing what it held and reusing its room.
+inline void ExpandInto(const char* text, size_t size, std::wstring& out) {
+    out.resize(size);
     const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
     const unsigned char* end = p + size;
     size_t n = WidenAsciiRun(p, size, out.data());
     if (n == size)
-        return out;
+        return;
     p += n;
     while (p < end) {
         const unsigned char lead = *p++;
@@ -166,6 +167,11 @@ inline std::wstring Expand(const char* text, size_t size) {
         out[n++] = static_cast<wchar_t>(c);
     }
     out.resize(n);
+}
+
+inline std::wstring Expand(const char* text, size_t size) {
+    std::wstring out;
+    ExpandInto(text, size, out);
     return out;
 }
 

@@ -112,6 +112,10 @@ std::wstring CXmlAttribute::GetValue() const {
     return detail::Expand(m_value.GetData(), m_value.GetSize());
 }
 
+void CXmlAttribute::GetValue(std::wstring& value) const {
+    detail::ExpandInto(m_value.GetData(), m_value.GetSize(), value);
+}
+
 std::wstring CXmlAttribute::GetXPath() const {
     std::wstring path = m_owner ? m_owner->GetXPath() : std::wstring();
     path += L"/@";
@@ -265,6 +269,10 @@ void CXmlElement::AppendText(const wchar_t* text) {
 
 std::wstring CXmlElement::GetText() const {
     return detail::Expand(m_text.GetData(), m_text.GetSize());
+}
+
+void CXmlElement::GetText(std::wstring& text) const {
+    detail::ExpandInto(m_text.GetData(), m_text.GetSize(), text);
 }
 
 void CXmlElement::SetElementName(const wchar_t* localName) {

@@ -147,3 +147,15 @@ TEST(XmlTreeStore, CallersBytesAreReadInPlaceAndNotKept) {
     EXPECT_EQ(root->GetAttributes()[0]->GetValue(), L"value");
     EXPECT_EQ(root->GetFirstElement()->GetText(), L"child");
 }
+
+TEST(XmlTreeStore, TextIntoACallersBuffer) {
+    auto doc = Parse("<r a='caf\xC3\xA9'>short<c/></r>");
+    const CXmlElement* root = doc->GetDocumentElement();
+    std::wstring buffer = L"a longer text that was here before";
+    root->GetText(buffer);
+    EXPECT_EQ(buffer, L"short");
+    root->GetAttributes()[0]->GetValue(buffer);
+    EXPECT_EQ(buffer, L"caf\u00e9");
+    root->GetFirstElement()->GetText(buffer);
+    EXPECT_EQ(buffer, L"");
+}
