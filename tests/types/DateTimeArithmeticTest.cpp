@@ -1,5 +1,4 @@
-#include "common/TestUtils.h"
-#include "types/DateTimeTestUtils.h"
+#include "types/TypesTestUtils.h"
 
 #include <QvXmlLib16/DateTime.h>
 #include <QvXmlLib16/DateTimeSpan.h>
@@ -10,27 +9,11 @@
 #include <random>
 
 using namespace QvXmlLib16;
+using qvtest::DateValue;
 using qvtest::ExpectThrowMsg;
+using qvtest::Span;
 
 namespace {
-
-// Parses any kind by its shape.
-CDateTime Value(const wchar_t* text) {
-    CDateTime value;
-    if (std::wcschr(text, L'T'))
-        value.ParseXSDDateTime(text);
-    else if (std::wcslen(text) >= 8 && text[2] == L':')
-        value.ParseXSDTime(text);
-    else
-        value.ParseXSDDate(text);
-    return value;
-}
-
-CDateTimeSpan Span(const wchar_t* text) {
-    CDateTimeSpan span;
-    span.ParseXSDDuration(text);
-    return span;
-}
 
 // Sets TZ for one scope and puts the old value back.
 class ScopedTimeZone {
@@ -111,7 +94,7 @@ TEST(CDateTimeArithmetic, AddsSpansTheXmlSchemaWay) {
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(qvtest::Narrow(tc.start) + " + " + qvtest::Narrow(tc.span));
-        const CDateTime start = Value(tc.start);
+        const CDateTime start = DateValue(tc.start);
         const CDateTimeSpan span = Span(tc.span);
         EXPECT_EQ((start + span).ToString(), tc.result);
         CDateTime moved = start;
@@ -141,7 +124,7 @@ TEST(CDateTimeArithmetic, AdditionFailures) {
              value += Span(L"P1D");
          },
          L"Invalid Day [29] (1 <= day <= days in month"},
-        {"kinds differ", [] { Value(L"2024-01-01T00:00:00") - Value(L"2024-01-01"); },
+        {"kinds differ", [] { DateValue(L"2024-01-01T00:00:00") - DateValue(L"2024-01-01"); },
          L"Cannot subtract a date from a dateTime."},
         {"unset difference", [] { CDateTime() - CDateTime(); },
          L"Failed to operator-. Invalid Date Type: yearZero."},
@@ -151,17 +134,18 @@ TEST(CDateTimeArithmetic, AdditionFailures) {
         ExpectThrowMsg<CQvInvalidValueException>(tc.call, tc.message);
     }
     const Case overflow[] = {
-        {"past 9999", [] { Value(L"9999-12-31T23:59:59") + Span(L"PT1S"); },
+        {"past 9999", [] { DateValue(L"9999-12-31T23:59:59") + Span(L"PT1S"); },
          L"The date 9999-12-31T23:59:59 moved by PT1S falls outside the years -9999 to 9999."},
-        {"before -9999", [] { Value(L"-9999-01") - Span(L"P1M"); },
+        {"before -9999", [] { DateValue(L"-9999-01") - Span(L"P1M"); },
          L"The date -9999-01 moved by -P1M falls outside the years -9999 to 9999."},
-        {"huge days", [] { Value(L"2000-01-01") + Span(L"P18446744073709551615D"); },
+        {"huge days", [] { DateValue(L"2000-01-01") + Span(L"P18446744073709551615D"); },
          L"The date 2000-01-01 moved by P18446744073709551615D falls outside the years -9999 to "
          L"9999."},
-        {"huge months", [] { Value(L"2000") - Span(L"P65535Y18446744073709551615M"); },
+        {"huge months", [] { DateValue(L"2000") - Span(L"P65535Y18446744073709551615M"); },
          L"The date 2000 moved by -P65535Y18446744073709551615M falls outside the years -9999 "
          L"to 9999."},
-        {"huge seconds", [] { Value(L"2000-01-01T00:00:00Z") + Span(L"PT18446744073709551615S"); },
+        {"huge seconds",
+         [] { DateValue(L"2000-01-01T00:00:00Z") + Span(L"PT18446744073709551615S"); },
          L"The date 2000-01-01T00:00:00Z moved by PT18446744073709551615S falls outside the "
          L"years -9999 to 9999."},
     };
@@ -170,7 +154,7 @@ TEST(CDateTimeArithmetic, AdditionFailures) {
         ExpectThrowMsg<CQvOverFlowException>(tc.call, tc.message);
     }
     // A time has no year to run out of.
-    EXPECT_EQ((Value(L"10:00:00") + Span(L"PT18446744073709551615S")).ToString(), L"17:00:15");
+    EXPECT_EQ((DateValue(L"10:00:00") + Span(L"PT18446744073709551615S")).ToString(), L"17:00:15");
 }
 
 TEST(CDateTimeArithmetic, DifferenceAddsBack) {
@@ -194,7 +178,7 @@ TEST(CDateTimeArithmetic, DifferenceAddsBack) {
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(qvtest::Narrow(tc.a) + " - " + qvtest::Narrow(tc.b));
-        const CDateTime a = Value(tc.a), b = Value(tc.b);
+        const CDateTime a = DateValue(tc.a), b = DateValue(tc.b);
         const CDateTimeSpan d = a - b;
         EXPECT_EQ(d.ToString(), tc.span);
         EXPECT_EQ((b + d).CompareTo(a), 0);
@@ -275,20 +259,13 @@ TEST(CDateTimeArithmetic, CompareFollowsTheOrderRelation) {
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(qvtest::Narrow(tc.a) + " vs " + qvtest::Narrow(tc.b));
-        const CDateTime a = Value(tc.a), b = Value(tc.b);
-        EXPECT_EQ(a.CompareTo(b), tc.expected);
-        EXPECT_EQ(b.CompareTo(a), -tc.expected);
+        const CDateTime a = DateValue(tc.a), b = DateValue(tc.b);
+        qvtest::ExpectOrder(a, b, tc.expected);
         EXPECT_EQ(Compare(a, b), tc.expected);
-        EXPECT_EQ(a == b, tc.expected == 0);
-        EXPECT_EQ(a != b, tc.expected != 0);
-        EXPECT_EQ(a < b, tc.expected < 0);
-        EXPECT_EQ(a <= b, tc.expected <= 0);
-        EXPECT_EQ(a > b, tc.expected > 0);
-        EXPECT_EQ(a >= b, tc.expected >= 0);
     }
     CDateTime invalid;
     invalid.SetDate(2023, 2, 29);
-    ExpectThrowMsg<CQvInvalidValueException>([&] { invalid.CompareTo(Value(L"2023-01-01")); },
+    ExpectThrowMsg<CQvInvalidValueException>([&] { invalid.CompareTo(DateValue(L"2023-01-01")); },
                                              L"Invalid Day [29] (1 <= day <= days in month");
 }
 
@@ -342,13 +319,13 @@ TEST(CDateTimeArithmetic, NormalizedIsTheUtcForm) {
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(qvtest::Narrow(tc.value));
-        const CDateTime value = Value(tc.value);
+        const CDateTime value = DateValue(tc.value);
         const CDateTime normalized = value.GetNormalized();
         EXPECT_EQ(normalized.ToString(), tc.normalized);
         EXPECT_EQ(normalized.GetType(), value.GetType());
     }
     ExpectThrowMsg<CQvInvalidValueException>(
-        [] { Value(L"9999-12-31T23:00:00-05:00").GetNormalized(); },
+        [] { DateValue(L"9999-12-31T23:00:00-05:00").GetNormalized(); },
         L"Invalid Year [10000] (-9999 <= year <= 9999 && year != 0)");
 }
 
@@ -366,7 +343,7 @@ TEST(CDateTimeArithmetic, DayOfWeekAndYear) {
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(qvtest::Narrow(tc.date));
-        const CDateTime value = Value(tc.date);
+        const CDateTime value = DateValue(tc.date);
         EXPECT_EQ(value.GetDayOfWeek(), tc.dayOfWeek);
         EXPECT_EQ(value.GetDayOfYear(), tc.dayOfYear);
     }
@@ -378,8 +355,8 @@ TEST(CDateTimeArithmetic, TimeValues) {
         EXPECT_EQ(CDateTime(0L).ToString(), L"1970-01-01T00:00:00");
         EXPECT_EQ(CDateTime(951782400L).ToString(), L"2000-02-29T00:00:00");
         EXPECT_EQ(CDateTime(-62135596800L).ToString(), L"0001-01-01T00:00:00");
-        EXPECT_EQ(Value(L"2000-02-29T00:00:00").GetTime(), 951782400L);
-        EXPECT_EQ(Value(L"2000-02-29").GetTime(), 951782400L);
+        EXPECT_EQ(DateValue(L"2000-02-29T00:00:00").GetTime(), 951782400L);
+        EXPECT_EQ(DateValue(L"2000-02-29").GetTime(), 951782400L);
         ExpectThrowMsg<CQvInvalidValueException>(
             [] { CDateTime(-62135596801L); },
             L"The time value -62135596801 is outside the years 1 to 9999.");
@@ -397,9 +374,9 @@ TEST(CDateTimeArithmetic, TimeValues) {
         EXPECT_EQ(value.ToString(), L"1969-12-31T19:00:00");
         EXPECT_EQ(value.GetTime(), 0L);
         // A zone makes the value an instant, whatever the local zone.
-        EXPECT_EQ(Value(L"1970-01-01T00:00:00Z").GetTime(), 0L);
-        EXPECT_EQ(Value(L"1970-01-01T00:00:00+01:00").GetTime(), -3600L);
-        EXPECT_EQ(Value(L"1969-12-31T23:59:59.9Z").GetTime(), -1L);
+        EXPECT_EQ(DateValue(L"1970-01-01T00:00:00Z").GetTime(), 0L);
+        EXPECT_EQ(DateValue(L"1970-01-01T00:00:00+01:00").GetTime(), -3600L);
+        EXPECT_EQ(DateValue(L"1969-12-31T23:59:59.9Z").GetTime(), -1L);
         const long now = static_cast<long>(std::time(nullptr));
         const CDateTime current = CDateTime::GetCurrentTime();
         EXPECT_EQ(current.GetType(), CDateTime::DTType_dateTime);

@@ -1,4 +1,4 @@
-#include "common/TestUtils.h"
+#include "types/TypesTestUtils.h"
 
 #include <QvXmlLib16/BigInteger.h>
 #include <QvXmlLib16/Decimal.h>
@@ -10,6 +10,7 @@
 
 using namespace QvXmlLib16;
 using qvtest::ExpectThrowMsg;
+using qvtest::ScaledText;
 
 namespace {
 
@@ -20,20 +21,6 @@ CDecimal Dec(const std::wstring& text) {
 std::wstring InvalidChar(int position, const std::wstring& text) {
     return L"The string representing a Decimal, contained an invalid char at position "
            + std::to_wstring(position) + L" [" + text + L"].";
-}
-
-// A decimal text of value / 10^scale, written independently of the library.
-std::wstring ScaledText(__int128 value, int scale) {
-    const bool negative = value < 0;
-    unsigned __int128 mag = negative ? 0 - static_cast<unsigned __int128>(value) : value;
-    std::wstring digits;
-    for (; mag; mag /= 10)
-        digits.insert(digits.begin(), static_cast<wchar_t>(L'0' + int(mag % 10)));
-    if (digits.size() <= static_cast<size_t>(scale))
-        digits.insert(0, scale + 1 - digits.size(), L'0');
-    if (scale > 0)
-        digits.insert(digits.size() - scale, 1, L'.');
-    return (negative && value != 0 ? L"-" : L"") + digits;
 }
 
 // Restores the division precision at the end of a scope.
@@ -220,15 +207,7 @@ TEST(CDecimal, Comparison) {
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(qvtest::Narrow(tc.a) + " vs " + qvtest::Narrow(tc.b));
-        const CDecimal a = Dec(tc.a), b = Dec(tc.b);
-        EXPECT_EQ(a.CompareTo(b), tc.expected);
-        EXPECT_EQ(b.CompareTo(a), -tc.expected);
-        EXPECT_EQ(a == b, tc.expected == 0);
-        EXPECT_EQ(a != b, tc.expected != 0);
-        EXPECT_EQ(a < b, tc.expected < 0);
-        EXPECT_EQ(a > b, tc.expected > 0);
-        EXPECT_EQ(a <= b, tc.expected <= 0);
-        EXPECT_EQ(a >= b, tc.expected >= 0);
+        qvtest::ExpectOrder(Dec(tc.a), Dec(tc.b), tc.expected);
     }
     EXPECT_EQ(Dec(L"-2.5").GetNegative().ToString(), L"2.5");
     EXPECT_EQ(Dec(L"2.5").Negate().ToString(), L"-2.5");
@@ -376,8 +355,6 @@ TEST(CDecimal, HostileInput) {
     EXPECT_EQ(big.ToString(), L"0." + digits);
     EXPECT_EQ((big + big).ToString(), L"0." + std::wstring(1000000, L'6'));
     EXPECT_TRUE(big < Dec(L"0.34"));
-    ExpectThrowMsg<CQvInvalidValueException>([] { Dec(L"1e999999999"); },
-                                             InvalidChar(1, L"1e999999999"));
     ExpectThrowMsg<CQvInvalidValueException>([] { Dec(L"-5E-99999999999999999999999"); },
                                              InvalidChar(2, L"-5E-99999999999999999999999"));
 }
