@@ -60,29 +60,19 @@ TEST(ConvertUTF, Utf32ToUtf8) {
     RunCases<wchar_t, unsigned char>(
         ConvertUTF32toUTF8,
         {
-            {"ASCII", {0x41, 0x7F}, {0x41, 0x7F}},
-            {"two-byte bounds", {0x80, 0x7FF}, {0xC2, 0x80, 0xDF, 0xBF}},
-            {"three-byte bounds",
-             {0x800, 0xD7FF, 0xE000, 0xFFFF},
-             {0xE0, 0xA0, 0x80, 0xED, 0x9F, 0xBF, 0xEE, 0x80, 0x80, 0xEF, 0xBF, 0xBF}},
-            {"four-byte bounds",
-             {0x10000, 0x10FFFF},
-             {0xF0, 0x90, 0x80, 0x80, 0xF4, 0x8F, 0xBF, 0xBF}},
-            {"mixed",
-             {0x61, 0xE9, 0x20AC, 0x1F600},
-             {0x61, 0xC3, 0xA9, 0xE2, 0x82, 0xAC, 0xF0, 0x9F, 0x98, 0x80}},
+            {"one to four bytes, at each bound",
+             {0x7F, 0x80, 0x7FF, 0x800, 0xD7FF, 0xE000, 0xFFFF, 0x10000, 0x10FFFF},
+             {0x7F, 0xC2, 0x80, 0xDF, 0xBF, 0xE0, 0xA0, 0x80, 0xED, 0x9F, 0xBF, 0xEE, 0x80,
+              0x80, 0xEF, 0xBF, 0xBF, 0xF0, 0x90, 0x80, 0x80, 0xF4, 0x8F, 0xBF, 0xBF}},
             {"NUL is a character", {0x41, 0x0, 0x42}, {0x41, 0x00, 0x42}},
             {"empty", {}, {}},
             {"above U+10FFFF becomes U+FFFD",
              {0x41, 0x110000, 0x42},
              {0x41, 0xEF, 0xBF, 0xBD, 0x42}},
-            {"largest positive unit", {0x7FFFFFFF}, {0xEF, 0xBF, 0xBD}},
             {"negative unit is above U+10FFFF", {wchar_t(-1)}, {0xEF, 0xBF, 0xBD}},
             {"high surrogate ends", {0x41, 0xD800, 0x42}, {0x41}, kExact, 0},
-            {"low surrogate ends", {0x41, 0xDFFF, 0x42}, {0x41}, kExact, 0},
-            {"surrogate first", {0xDC00, 0x41}, {}, kExact, 0},
+            {"low surrogate first", {0xDFFF, 0x41}, {}, kExact, 0},
             {"no room at all", {0x61, 0xE9, 0x20AC}, {}, 0, 6},
-            {"room for one byte", {0x61, 0xE9, 0x20AC}, {0x61}, 1, 6},
             {"two-byte character does not fit", {0x61, 0xE9, 0x20AC}, {0x61}, 2, 6},
             {"three-byte character does not fit", {0x61, 0xE9, 0x20AC}, {0x61, 0xC3, 0xA9}, 5, 6},
             {"four-byte character does not fit", {0x1F600}, {}, 3, 4},
@@ -98,11 +88,8 @@ TEST(ConvertUTF, Utf32ToUtf8AsciiRuns) {
         Bytes encoded;
     };
 
-    const Odd odds[] = {{0x80, {0xC2, 0x80}},
-                        {0xE9, {0xC3, 0xA9}},
-                        {0x20AC, {0xE2, 0x82, 0xAC}},
-                        {wchar_t(-1), {0xEF, 0xBF, 0xBD}},
-                        {wchar_t(0x100), {0xC4, 0x80}}};
+    const Odd odds[] = {
+        {0x80, {0xC2, 0x80}}, {wchar_t(-1), {0xEF, 0xBF, 0xBD}}, {wchar_t(0x100), {0xC4, 0x80}}};
     std::vector<ConvCase<wchar_t, unsigned char>> cases;
     std::deque<std::string> names; // the cases point into it: it must not move them
     for (const Odd& odd : odds) {
@@ -148,26 +135,17 @@ TEST(ConvertUTF, Utf8ToUtf32) {
             {"empty", {}, {}},
             BadUtf8("lone continuation byte", {0x80}),
             BadUtf8("overlong two-byte C0", {0xC0, 0x80}),
-            BadUtf8("overlong two-byte C1", {0xC1, 0xBF}),
-            BadUtf8("overlong three-byte NUL", {0xE0, 0x80, 0x80}),
             BadUtf8("overlong three-byte U+07FF", {0xE0, 0x9F, 0xBF}),
-            BadUtf8("overlong four-byte NUL", {0xF0, 0x80, 0x80, 0x80}),
             BadUtf8("overlong four-byte U+FFFF", {0xF0, 0x8F, 0xBF, 0xBF}),
             BadUtf8("encoded high surrogate", {0xED, 0xA0, 0x80}),
-            BadUtf8("encoded low surrogate", {0xED, 0xBF, 0xBF}),
             BadUtf8("above U+10FFFF", {0xF4, 0x90, 0x80, 0x80}),
             BadUtf8("lead byte F5", {0xF5, 0x80, 0x80, 0x80}),
             BadUtf8("five-byte form", {0xF8, 0x88, 0x80, 0x80, 0x80}),
-            BadUtf8("six-byte form", {0xFC, 0x84, 0x80, 0x80, 0x80, 0x80}),
-            BadUtf8("byte FE", {0xFE}),
             BadUtf8("byte FF", {0xFF}),
             BadUtf8("ASCII where a continuation belongs", {0xC3}),
-            BadUtf8("bad second of three", {0xE2, 0x28, 0xA1}),
             BadUtf8("bad third of four", {0xF0, 0x9F, 0x41, 0x80}),
             BadUtf8("truncated two-byte at the end", {0xC3}, true),
-            BadUtf8("truncated three-byte at the end", {0xE2, 0x82}, true),
             BadUtf8("truncated four-byte at the end", {0xF0, 0x9F, 0x98}, true),
-            BadUtf8("six-byte lead at the end", {0xFC}, true),
             {"no room at all", {0x61, 0xC3, 0xA9, 0xF0, 0x9F, 0x98, 0x80}, {}, 0, 3},
             {"room for two", {0x61, 0xC3, 0xA9, 0xF0, 0x9F, 0x98, 0x80}, {0x61, 0xE9}, 2, 3},
         });
@@ -183,7 +161,6 @@ TEST(ConvertUTF, Utf32ToUtf16) {
             {"last pair", {0x10FFFF}, {0xDBFF, 0xDFFF}},
             {"empty", {}, {}},
             {"high surrogate ends", {0x41, 0xD800, 0x42}, {0x41}, kExact, 0},
-            {"low surrogate ends", {0x41, 0xDFFF, 0x42}, {0x41}, kExact, 0},
             {"above U+10FFFF ends", {0x41, 0x110000, 0x42}, {0x41}, kExact, 0},
             {"negative unit ends", {wchar_t(-1)}, {}, kExact, 0},
             {"pair needs two units", {0x41, 0x1F600}, {0x41}, 2, 3},
@@ -210,19 +187,17 @@ TEST(ConvertUTF, Utf16ToUtf32) {
 }
 
 TEST(ConvertUTF, Utf16ToUtf8) {
-    RunCases<char16_t, unsigned char>(
-        ConvertUTF16toUTF8, {
-                                {"one to three bytes",
-                                 {0x41, 0xE9, 0x20AC, 0xFFFF},
-                                 {0x41, 0xC3, 0xA9, 0xE2, 0x82, 0xAC, 0xEF, 0xBF, 0xBF}},
-                                {"pair", {0xD83D, 0xDE00}, {0xF0, 0x9F, 0x98, 0x80}},
-                                {"empty", {}, {}},
-                                {"high surrogate at the end", {0x41, 0xD800}, {0x41}},
-                                {"high surrogate before a letter", {0x41, 0xD800, 0x42}, {0x41}},
-                                {"lone low surrogate", {0x41, 0xDC00, 0x42}, {0x41}},
-                                {"four bytes need four", {0xD83D, 0xDE00}, {}, 3, 4},
-                                {"two bytes need two", {0x41, 0xE9}, {0x41}, 2, 3},
-                            });
+    RunCases<char16_t, unsigned char>(ConvertUTF16toUTF8,
+                                      {
+                                          {"one to three bytes",
+                                           {0x41, 0xE9, 0x20AC, 0xFFFF},
+                                           {0x41, 0xC3, 0xA9, 0xE2, 0x82, 0xAC, 0xEF, 0xBF, 0xBF}},
+                                          {"pair", {0xD83D, 0xDE00}, {0xF0, 0x9F, 0x98, 0x80}},
+                                          {"empty", {}, {}},
+                                          {"high surrogate at the end", {0x41, 0xD800}, {0x41}},
+                                          {"four bytes need four", {0xD83D, 0xDE00}, {}, 3, 4},
+                                          {"two bytes need two", {0x41, 0xE9}, {0x41}, 2, 3},
+                                      });
 }
 
 TEST(ConvertUTF, Utf8ToUtf16) {
@@ -235,8 +210,6 @@ TEST(ConvertUTF, Utf8ToUtf16) {
              {0xD83D, 0xDE00, 0xDBFF, 0xDFFF}},
             {"empty", {}, {}},
             {"encoded surrogate", {0x41, 0xED, 0xA0, 0x80, 0x42}, {0x41}},
-            {"overlong", {0x41, 0xC0, 0x80, 0x42}, {0x41}},
-            {"above U+10FFFF", {0x41, 0xF4, 0x90, 0x80, 0x80}, {0x41}},
             {"truncated at the end", {0x41, 0xF0, 0x9F}, {0x41}},
             {"no room for half a pair", {0xF0, 0x9F, 0x98, 0x80}, {}, 1, 2},
             {"pair after a letter", {0x41, 0xF0, 0x9F, 0x98, 0x80}, {0x41}, 2, 3},
@@ -245,80 +218,44 @@ TEST(ConvertUTF, Utf8ToUtf16) {
 
 TEST(ConvertUTF, LengthWrappers) {
     // The wrappers in the four-pointer shape, so the same exact-size checks apply.
-    auto unicodeToUtf8 = [](const wchar_t* b, const wchar_t* e, unsigned char* tb,
-                            unsigned char* te) { return UnicodeToUTF8(b, e - b, tb, te - tb); };
-    auto utf8ToUnicode = [](const unsigned char* b, const unsigned char* e, wchar_t* tb,
-                            wchar_t* te) {
-        return UTF8ToUnicode(const_cast<unsigned char*>(b), e - b, tb, te - tb);
-    };
-    auto unicodeToUtf16 = [](const wchar_t* b, const wchar_t* e, char16_t* tb, char16_t* te) {
-        return UnicodeToUTF16(b, e - b, reinterpret_cast<unsigned char*>(tb), te - tb);
-    };
-    auto utf16ToUnicode = [](const char16_t* b, const char16_t* e, wchar_t* tb, wchar_t* te) {
-        auto* bytes = reinterpret_cast<unsigned char*>(const_cast<char16_t*>(b));
-        return UTF16ToUnicode(bytes, e - b, tb, te - tb);
-    };
-    {
-        SCOPED_TRACE("UnicodeToUTF8");
-        RunCases<wchar_t, unsigned char>(
-            unicodeToUtf8, {
-                               {"mixed",
-                                {0x61, 0xE9, 0x20AC, 0x1F600},
-                                {0x61, 0xC3, 0xA9, 0xE2, 0x82, 0xAC, 0xF0, 0x9F, 0x98, 0x80}},
-                               {"surrogate", {0x41, 0xD800, 0x42}, {0x41}, kExact, 0},
-                               {"short target",
-                                {0x61, 0xE9, 0x20AC, 0x1F600},
-                                {0x61, 0xC3, 0xA9, 0xE2, 0x82, 0xAC},
-                                9,
-                                10},
-                               {"empty", {}, {}},
-                           });
-    }
-    {
-        SCOPED_TRACE("UTF8ToUnicode");
-        RunCases<unsigned char, wchar_t>(
-            utf8ToUnicode,
-            {
-                {"mixed", {0x61, 0xC3, 0xA9, 0xF0, 0x9F, 0x98, 0x80}, {0x61, 0xE9, 0x1F600}},
-                {"ill-formed", {0x61, 0xC3, 0x28}, {0x61}},
-                {"short target", {0x61, 0xC3, 0xA9, 0xF0, 0x9F, 0x98, 0x80}, {0x61, 0xE9}, 2, 3},
-            });
-    }
-    {
-        SCOPED_TRACE("UnicodeToUTF16");
-        RunCases<wchar_t, char16_t>(unicodeToUtf16,
-                                    {
-                                        {"pair", {0x41, 0x1F600}, {0x41, 0xD83D, 0xDE00}},
-                                        {"above U+10FFFF", {0x41, 0x110000}, {0x41}, kExact, 0},
-                                        {"short target", {0x41, 0x1F600}, {0x41}, 2, 3},
-                                    });
-    }
-    {
-        SCOPED_TRACE("UTF16ToUnicode");
-        RunCases<char16_t, wchar_t>(utf16ToUnicode,
-                                    {
-                                        {"pair", {0x41, 0xD83D, 0xDE00}, {0x41, 0x1F600}},
-                                        {"lone low surrogate", {0x41, 0xDC00}, {0x41}},
-                                        {"short target", {0x41, 0xD83D, 0xDE00}, {0x41}, 1, 2},
-                                    });
-    }
+    RunCases<wchar_t, unsigned char>(
+        [](const wchar_t* b, const wchar_t* e, unsigned char* tb, unsigned char* te) {
+            return UnicodeToUTF8(b, e - b, tb, te - tb);
+        },
+        {{"UnicodeToUTF8", {0x61, 0xE9, 0x1F600}, {0x61, 0xC3, 0xA9, 0xF0, 0x9F, 0x98, 0x80}},
+         {"UnicodeToUTF8 short", {0x61, 0xE9, 0x1F600}, {0x61, 0xC3, 0xA9}, 6, 7}});
+    RunCases<unsigned char, wchar_t>(
+        [](const unsigned char* b, const unsigned char* e, wchar_t* tb, wchar_t* te) {
+            return UTF8ToUnicode(const_cast<unsigned char*>(b), e - b, tb, te - tb);
+        },
+        {{"UTF8ToUnicode", {0x61, 0xC3, 0xA9, 0xF0, 0x9F, 0x98, 0x80}, {0x61, 0xE9, 0x1F600}},
+         {"UTF8ToUnicode short", {0x61, 0xC3, 0xA9, 0xF0, 0x9F, 0x98, 0x80}, {0x61, 0xE9}, 2, 3}});
+    RunCases<wchar_t, char16_t>(
+        [](const wchar_t* b, const wchar_t* e, char16_t* tb, char16_t* te) {
+            return UnicodeToUTF16(b, e - b, reinterpret_cast<unsigned char*>(tb), te - tb);
+        },
+        {{"UnicodeToUTF16", {0x41, 0x1F600}, {0x41, 0xD83D, 0xDE00}},
+         {"UnicodeToUTF16 short", {0x41, 0x1F600}, {0x41}, 2, 3}});
+    RunCases<char16_t, wchar_t>(
+        [](const char16_t* b, const char16_t* e, wchar_t* tb, wchar_t* te) {
+            auto* bytes = reinterpret_cast<unsigned char*>(const_cast<char16_t*>(b));
+            return UTF16ToUnicode(bytes, e - b, tb, te - tb);
+        },
+        {{"UTF16ToUnicode", {0x41, 0xD83D, 0xDE00}, {0x41, 0x1F600}},
+         {"UTF16ToUnicode short", {0x41, 0xD83D, 0xDE00}, {0x41}, 1, 2}});
 
     // The UTF-16 wrappers work on bytes holding units in host (little-endian) order.
     const wchar_t text[] = L"A\U0001F600";
     ExactBuffer<unsigned char> units(6);
     ASSERT_EQ(UnicodeToUTF16(text, 2, units.begin(), 3), 3u);
     EXPECT_EQ(units.Head(6), (Bytes{0x41, 0x00, 0x3D, 0xD8, 0x00, 0xDE}));
-    ExactBuffer<wchar_t> back(2);
-    ASSERT_EQ(UTF16ToUnicode(units.begin(), 3, back.begin(), 2), 2u);
-    EXPECT_EQ(back.Head(2), (Units32{0x41, 0x1F600}));
 }
 
 TEST(ConvertUTF, LegalityChecks) {
     struct Case {
         Bytes bytes;
         int length; // for IsLegalUTF8; IsLegalUTF8Sequence reads up to the end of bytes
-        bool legal;
-        bool legalSequence;
+        bool legal, legalSequence;
     };
 
     const Case cases[] = {
@@ -339,12 +276,8 @@ TEST(ConvertUTF, LegalityChecks) {
         {{0xF5, 0x80, 0x80, 0x80}, 4, false, false},
         {{0xF8, 0x88, 0x80, 0x80, 0x80}, 5, false, false},
         // IsLegalUTF8 trusts the length it is given; the sequence form takes it from the lead
-        // byte and refuses what the buffer cuts short.
-        {{0xC3, 0xA9}, 2, true, true},
-        {{0xC3}, 1, true, false},
+        // byte, refuses what the buffer cuts short and ignores what follows.
         {{0xE2, 0x82}, 2, true, false},
-        {{0xF0, 0x9F, 0x98}, 3, true, false},
-        // Bytes after a complete sequence do not matter.
         {{0xC3, 0xA9, 0xFF}, 2, true, true},
     };
     for (const Case& tc : cases) {
@@ -359,38 +292,17 @@ TEST(ConvertUTF, LegalityChecks) {
 }
 
 TEST(ConvertUTF, ScanForCharactersAboveAscii) {
-    struct WideCase {
-        Units32 text;
-        int len;
-        bool expected;
-    };
-
-    const WideCase wide[] = {
-        {{0x61, 0x62, 0x63}, 3, false}, {{0x61, 0x62, 0x80}, 3, true},  {{0x7F}, 1, false},
-        {{0xE9, 0x61}, 2, true},        {{0x61, 0x62, 0xE9}, 2, false}, {{0x1F600}, 1, true},
-    };
-    for (const WideCase& tc : wide) {
-        SCOPED_TRACE(tc.len);
-        ExactBuffer<wchar_t> text(tc.text);
-        EXPECT_EQ(DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(text.begin(), tc.len),
-                  tc.expected);
-    }
+    // Only the first len units count; a null text of length 0 holds none.
+    const Units32 wide{0x61, 0x7F, 0x80, 0x1F600};
+    ExactBuffer<wchar_t> text(wide);
+    EXPECT_FALSE(DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(text.begin(), 2));
+    EXPECT_TRUE(DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(text.begin(), 3));
+    EXPECT_TRUE(DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(text.begin() + 3, 1));
     EXPECT_FALSE(DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(nullptr, 0));
 
-    struct ByteCase {
-        Bytes bytes;
-        unsigned long len;
-        bool expected;
-    };
-
-    const ByteCase narrow[] = {
-        {{0x61, 0x62, 0x63}, 3, false}, {{0x61, 0x80}, 2, true},        {{0x7F}, 1, false},
-        {{0xC3, 0xA9}, 2, true},        {{0x61, 0x62, 0xC3}, 2, false},
-    };
-    for (const ByteCase& tc : narrow) {
-        SCOPED_TRACE(tc.len);
-        ExactBuffer<unsigned char> bytes(tc.bytes);
-        EXPECT_EQ(DoesUTF8StrContainAnyCharsLargerThanOneByte(bytes.begin(), tc.len), tc.expected);
-    }
+    ExactBuffer<unsigned char> bytes(Bytes{0x61, 0x7F, 0xC3, 0xA9});
+    EXPECT_FALSE(DoesUTF8StrContainAnyCharsLargerThanOneByte(bytes.begin(), 2));
+    EXPECT_TRUE(DoesUTF8StrContainAnyCharsLargerThanOneByte(bytes.begin(), 3));
+    EXPECT_TRUE(DoesUTF8StrContainAnyCharsLargerThanOneByte(bytes.begin() + 3, 1));
     EXPECT_FALSE(DoesUTF8StrContainAnyCharsLargerThanOneByte(nullptr, 0));
 }

@@ -60,20 +60,14 @@ TEST(QvException, ConstructorsCombineMessageAndPath) {
          typeid(CQvValidationException), L"v\nPath: /r/x", L"/r/x", L"v\nPath: /r/x"},
         {"validation with empty path", [] { throw CQvValidationException(L"v", L""); },
          typeid(CQvValidationException), L"v", L"", L"v"},
-        {"validation with inner", [&] { throw CQvValidationException(L"v", L"p", inner); },
-         typeid(CQvValidationException), L"v\nPath: p", L"p", L"v\nPath: p\ncause\nPath: /c"},
         {"namespace", [] { throw CQvInvalidNamespaceException(L"n", L"/q"); },
          typeid(CQvInvalidNamespaceException), L"n\nPath: /q", L"/q", L"n\nPath: /q"},
         {"namespace with inner", [&] { throw CQvInvalidNamespaceException(L"n", L"", inner); },
          typeid(CQvInvalidNamespaceException), L"n", L"", L"n\ncause\nPath: /c"},
         {"invalid value", [] { throw CQvInvalidValueException(L"bad"); },
          typeid(CQvInvalidValueException), L"bad", L"", L"bad"},
-        {"invalid value with inner", [&] { throw CQvInvalidValueException(L"bad", inner); },
-         typeid(CQvInvalidValueException), L"bad", L"", L"bad\ncause\nPath: /c"},
         {"invalid state", [] { throw CQvInvalidStateException(L"s"); },
          typeid(CQvInvalidStateException), L"s", L"", L"s"},
-        {"invalid param with inner", [&] { throw CQvInvalidParamException(L"p", inner); },
-         typeid(CQvInvalidParamException), L"p", L"", L"p\ncause\nPath: /c"},
         {"overflow", [] { throw CQvOverFlowException(L"o"); }, typeid(CQvOverFlowException), L"o",
          L"", L"o"},
         {"default subclass", [] { throw CQvInvalidValueException(); },
@@ -85,8 +79,6 @@ TEST(QvException, ConstructorsCombineMessageAndPath) {
         {"validation from a base with a path",
          [] { throw CQvValidationException(CQvException(L"m", std::wstring(L"p"))); },
          typeid(CQvValidationException), L"m\nPath: p", L"p", L"m\nPath: p"},
-        {"copy keeps everything", [&] { throw CQvException(CQvException(L"m", L"p", inner)); },
-         typeid(CQvException), L"m\nPath: p", L"p", L"m\nPath: p\ncause\nPath: /c"},
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(tc.name);
@@ -229,14 +221,11 @@ TEST(QvException, AssignmentIsPartial) {
         EXPECT_EQ(oldInner->GetMessage(), L"innerA");
         EXPECT_EQ(target.GetFullMessage(), tc.full);
     }
-}
 
-TEST(QvException, SelfAssignmentKeepsTheChain) {
-    CQvException e(L"m", L"p", CQvException(L"inner"));
-    const CQvException* before = e.GetInnerException();
-    CQvException& alias = e;
-    e = alias;
-    EXPECT_EQ(e.GetFullMessage(), L"m\nPath: p\ninner");
-    EXPECT_EQ(e.GetPath(), L"p");
+    CQvException self(L"m", L"p", CQvException(L"inner"));
+    const CQvException* before = self.GetInnerException();
+    CQvException& alias = self;
+    self = alias;
+    EXPECT_EQ(self.GetFullMessage(), L"m\nPath: p\ninner");
     EXPECT_EQ(before->GetMessage(), L"inner");
 }

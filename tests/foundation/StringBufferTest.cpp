@@ -23,30 +23,16 @@ TEST(StringBuffer, BlocksChainAsTextArrives) {
         std::wstring text;
     };
 
+    const std::wstring full(4095, L'x'), wide = L"\U0001F600\u00e9\u20ac";
     const Case cases[] = {
-        {"ten characters in blocks of four", 5, {L"0123456789"}, 3, L"0123456789"},
-        {"exactly one block", 5, {L"0123"}, 1, L"0123"},
-        {"one past a block", 5, {L"0123", L"4"}, 2, L"01234"},
         {"small pieces fill blocks", 5, {L"ab", L"cd", L"ef"}, 2, L"abcdef"},
         {"one character per block", 2, {L"abc"}, 3, L"abc"},
-        {"default block is full at 4095",
-         0,
-         {std::wstring(4095, L'x')},
-         1,
-         std::wstring(4095, L'x')},
-        {"default block overflows at 4096",
-         0,
-         {std::wstring(4096, L'x')},
-         2,
-         std::wstring(4096, L'x')},
+        {"default block is full at 4095", 0, {full}, 1, full},
+        {"default block overflows at 4096", 0, {full + L"x"}, 2, full + L"x"},
         {"nothing appended", 5, {}, 0, L""},
         {"empty string adds no block", 5, {L""}, 0, L""},
         {"stops at an embedded zero", 5, {std::wstring(L"ab\0cd", 5), L"e"}, 1, L"abe"},
-        {"characters outside the BMP are one unit",
-         3,
-         {L"\U0001F600\u00e9\u20ac"},
-         2,
-         L"\U0001F600\u00e9\u20ac"},
+        {"characters outside the BMP are one unit", 3, {wide}, 2, wide},
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(tc.name);
@@ -72,14 +58,6 @@ TEST(StringBuffer, AppendingForms) {
     buffer.Append(L'\U0001F600');
     EXPECT_EQ(buffer.GetBlockCount(), 4u);
     EXPECT_EQ(std::wstring(buffer.GetText()), L"abcdefghijkl\U0001F600");
-
-    const std::wstring big(100000, L'q');
-    CStringBuffer large;
-    for (size_t i = 0; i < big.size(); i += 1000)
-        large.Append(big.substr(i, 1000));
-    EXPECT_EQ(large.GetBlockCount(), 25u);
-    EXPECT_EQ(large.GetLength(), 100000u);
-    EXPECT_EQ(std::wstring(large.GetText()), big);
 }
 
 // Counted and repeated appends of every length from every position in a block: what fits is
@@ -150,8 +128,6 @@ TEST(StringBuffer, EmptyClearAndSetText) {
          [](CStringBuffer& b) { b.Empty(); }, 0},
         {"Empty of nothing", [](CStringBuffer&) {}, [](CStringBuffer& b) { b.Empty(); }, 0},
         {"Clear of one block", [](CStringBuffer& b) { b.Append(L"abc"); },
-         [](CStringBuffer& b) { b.Clear(); }, 0},
-        {"Clear of several blocks", [](CStringBuffer& b) { b.Append(L"0123456789"); },
          [](CStringBuffer& b) { b.Clear(); }, 0},
     };
     for (const Case& tc : cases) {
