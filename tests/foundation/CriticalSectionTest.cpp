@@ -3,7 +3,7 @@
 #include <functional>
 #include <thread>
 
-TEST(CriticalSection, SerialisesUpdates) {
+TEST(CriticalSection, SerialisesUpdatesFromThreads) {
     struct Case {
         const char* name;
         std::function<void(CQVCriticalSection&, long&)> increment;
