@@ -1,5 +1,6 @@
 #include "binding/BindingMessages.h"
 #include "foundation/BooleanText.h"
+#include "foundation/FastTls.h"
 #include "foundation/VariantText.h"
 #include "metadata/MetadataMessages.h"
 
@@ -44,7 +45,7 @@ public:
 
 private:
     static int& Depth() {
-        thread_local int depth = 0;
+        QVXML_FAST_TLS thread_local int depth = 0;
         return depth;
     }
 };

@@ -1,3 +1,4 @@
+#include "foundation/FastTls.h"
 #include "foundation/FoundationMessages.h"
 #include "foundation/RuleApplied.h"
 
@@ -50,7 +51,7 @@ struct StringShelf {
     bool closed;
 };
 
-thread_local StringShelf t_shelf; // zero-initialised
+QVXML_FAST_TLS thread_local StringShelf t_shelf; // zero-initialised
 
 struct StringShelfCloser {
     ~StringShelfCloser() {
@@ -63,7 +64,7 @@ struct StringShelfCloser {
     bool armed = false;
 };
 
-thread_local StringShelfCloser t_shelfCloser;
+QVXML_FAST_TLS thread_local StringShelfCloser t_shelfCloser;
 
 std::wstring* MakeString(const std::wstring& value) {
     StringShelf& shelf = t_shelf;

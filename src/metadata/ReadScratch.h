@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/FastTls.h"
+
 #include <string>
 
 namespace QvXmlLib16::detail {
@@ -9,7 +11,7 @@ namespace QvXmlLib16::detail {
 // it holds is valid until the next value is read on the thread: a reader is done with it
 // before it calls the generated class.
 inline std::wstring& ReadScratch() {
-    thread_local std::wstring scratch;
+    QVXML_FAST_TLS thread_local std::wstring scratch;
     return scratch;
 }
 

@@ -24,4 +24,11 @@ export PKG_CONFIG_PATH="$prefix/lib/pkgconfig"
 # shellcheck disable=SC2046
 g++ -std=c++17 "$here/consumer.cpp" -o "$work/consumer-pc" $(pkg-config --cflags --libs qvxmllib16)
 LD_LIBRARY_PATH="$prefix/lib" "$work/consumer-pc"
+
+echo "-- the library loaded with dlopen, by a plugin"
+# shellcheck disable=SC2046
+g++ -std=c++17 -shared -fPIC "$here/plugin.cpp" -o "$work/plugin.so" \
+    $(pkg-config --cflags --libs qvxmllib16)
+g++ -std=c++17 "$here/loader.cpp" -o "$work/loader" -ldl
+LD_LIBRARY_PATH="$prefix/lib" "$work/loader" "$work/plugin.so"
 echo "install check passed"
