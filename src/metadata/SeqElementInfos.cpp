@@ -210,15 +210,18 @@ bool CElementInfoSeqAbsClsMnd::ElementFromXml(const CSerializationContext& ctx,
                                               CXmlGeneratedClass* object, CXmlElement* parent,
                                               CXmlElement** current, const wchar_t*,
                                               XmlElementType type) {
-    const std::wstring message = FormatString(msg::kNoSubstitutionFmt, m_elementName.c_str());
+    auto refuse = [&] {
+        throw CQvValidationException(FormatString(msg::kNoSubstitutionFmt, m_elementName.c_str()),
+                                     parent ? parent->GetXPath() : std::wstring());
+    };
     if (!IsThisElement(ctx, *current)) {
         if (type != XmlElementType_Element)
             return false;
-        throw CQvValidationException(message, parent ? parent->GetXPath() : std::wstring());
+        refuse();
     }
     const CSmartPtr<CXmlObjectBase> member = m_factory ? m_factory(*current) : nullptr;
     if (member.IsNull())
-        throw CQvValidationException(message, parent ? parent->GetXPath() : std::wstring());
+        refuse();
     rules::ReadOwnElement(*this, ctx, object, member, current);
     return true;
 }
