@@ -159,3 +159,22 @@ TEST(XmlTreeStore, TextIntoACallersBuffer) {
     root->GetFirstElement()->GetText(buffer);
     EXPECT_EQ(buffer, L"");
 }
+
+// With an element-completed callback the nodes live on the heap; the same reading must hold.
+TEST(XmlTreeStore, HeapTreeOfACallbackDocument) {
+    CXmlDocument doc([](CXmlElement*) { return false; });
+    const std::string longText(9000, 'h');
+    doc.LoadXml(
+        ("<r a='1' b='caf\xC3\xA9'>one\ntwo<c d='x'>" + longText + "</c>three</r>").c_str());
+    CXmlElement* root = doc.GetDocumentElement();
+    EXPECT_EQ(root->GetText(), L"one\ntwothree");
+    ASSERT_EQ(root->GetAttributes().size(), 2u);
+    EXPECT_EQ(root->GetAttributes()[1]->GetValue(), L"caf\u00e9");
+    EXPECT_EQ(root->GetFirstElement()->GetText(), std::wstring(longText.size(), L'h'));
+    root->AppendText(L"+");
+    root->AddAttribute(L"e", L"added", L"");
+    EXPECT_EQ(root->GetText(), L"one\ntwothree+");
+    EXPECT_EQ(root->GetAttribute(L"", L"e")->GetValue(), L"added");
+    std::unique_ptr<CXmlElement> child(root->RemoveLastChildElement());
+    EXPECT_EQ(child->GetAttributes()[0]->GetValue(), L"x");
+}
