@@ -66,6 +66,10 @@ Outcome Decompress(const ByteVec& input,
                [&](unsigned char** d, unsigned long* n) { CQvZip::Decompress(d, n, maxOutput); });
 }
 
+CBinaryData Binary(const ByteVec& bytes) {
+    return CBinaryData(qvtest::NewArray(bytes), static_cast<unsigned long>(bytes.size()), true);
+}
+
 ByteVec Compressed(const ByteVec& input, CompressionType type) {
     Outcome out = Compress(input, type);
     EXPECT_TRUE(out.replaced);
@@ -147,12 +151,6 @@ TEST(QvZip, CompressFailsWhenOutputWouldGrow) {
          Compression_GZip,
          {0x61},
          L"Failed to compress data. [Error Code: -5]"},
-        {"zlib of one byte",
-         Compression_ZLib,
-         {0x61},
-         L"Failed to compress data. [Error Code: -5]"},
-        {"gzip of random bytes", Compression_GZip, Random(4096),
-         L"Failed to compress data. [Error Code: 0]"},
         {"zlib of random bytes", Compression_ZLib, Random(4096),
          L"Failed to compress data. [Error Code: 0]"},
     };
@@ -189,8 +187,6 @@ TEST(QvZip, DecompressLeavesOtherInputAlone) {
         {"random bytes", Random(1000)},
         {"raw deflate without a wrapper", ByteVec(kTextZlib.begin() + 2, kTextZlib.end() - 4)},
         {"gzip cut in half", cut(gzip, gzip.size() / 2)},
-        {"zlib cut in half", cut(zlib, zlib.size() / 2)},
-        {"gzip header only", cut(gzip, 10)},
         {"zlib header only", cut(zlib, 2)},
         {"gzip without its trailer", cut(kTextGzip, kTextGzip.size() - 8)},
         {"gzip with a wrong length", flipLast(kTextGzip)},
@@ -248,8 +244,7 @@ TEST(QvZip, CompressData) {
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(tc.name);
-        ByteVec source = input;
-        CBinaryData binary(source.data(), static_cast<unsigned long>(source.size()), false);
+        CBinaryData binary = Binary(input);
         const CBinaryData earlierCopy = binary;
         CQvZip::CompressData(binary, tc.type);
         const ByteVec packed = qvtest::Bytes(binary);
@@ -265,14 +260,12 @@ TEST(QvZip, CompressData) {
     CQvZip::CompressData(empty, Compression_GZip);
     EXPECT_EQ(empty.GetLength(), 0u);
 
-    ByteVec source = input;
-    CBinaryData untouched(source.data(), static_cast<unsigned long>(source.size()), false);
+    CBinaryData untouched = Binary(input);
     CQvZip::CompressData(untouched, Compression_None);
     EXPECT_EQ(qvtest::Bytes(untouched), input);
 
     const ByteVec noise = Random(4096);
-    source = noise;
-    CBinaryData incompressible(source.data(), static_cast<unsigned long>(source.size()), false);
+    CBinaryData incompressible = Binary(noise);
     ExpectThrowMsg<CQvException>([&] { CQvZip::CompressData(incompressible, Compression_ZLib); },
                                  L"Failed to compress data. [Error Code: 0]");
     EXPECT_EQ(qvtest::Bytes(incompressible), noise);

@@ -24,10 +24,6 @@ std::wstring ChildNames(const CXmlElement* element) {
     return out;
 }
 
-std::vector<unsigned char> Utf8(const std::string& s) {
-    return std::vector<unsigned char>(s.begin(), s.end());
-}
-
 std::vector<std::wstring> g_completed;
 
 bool RecordAndRemove(CXmlElement* element) {
@@ -82,8 +78,6 @@ TEST(XmlDocument, Building) {
     doc.AddDocElement(L"", L"Other");
     doc.EndElement();
     EXPECT_EQ(doc.GetDocumentElement()->GetLocalName(), L"Other");
-    doc.Cleanup();
-    EXPECT_EQ(doc.GetDocumentElement(), nullptr);
 }
 
 TEST(XmlDocument, AppendTextExcludingCR) {
@@ -126,12 +120,9 @@ TEST(XmlDocument, AppendTextExcludingCR) {
 TEST(XmlDocument, ChildListEditing) {
     CXmlElement parent(nullptr, nullptr);
     EXPECT_EQ(parent.RemoveLastChildElement(), nullptr);
-    CXmlElement* a = parent.CreateNewChildElement();
-    a->SetElementName(L"a");
-    CXmlElement* b = parent.CreateNewChildElement();
-    b->SetElementName(L"b");
-    CXmlElement* c = parent.CreateNewChildElement();
-    c->SetElementName(L"c");
+    CXmlElement* c = nullptr;
+    for (const wchar_t* name : {L"a", L"b", L"c"})
+        (c = parent.CreateNewChildElement())->SetElementName(name);
     EXPECT_EQ(c->GetParentElement(), &parent);
     EXPECT_EQ(ChildNames(&parent), L"a,b,c");
 
@@ -141,9 +132,8 @@ TEST(XmlDocument, ChildListEditing) {
     // The list stays appendable after a removal.
     parent.CreateNewChildElement()->SetElementName(L"d");
     EXPECT_EQ(ChildNames(&parent), L"a,b,d");
-    delete parent.RemoveLastChildElement();
-    delete parent.RemoveLastChildElement();
-    delete parent.RemoveLastChildElement();
+    for (int i = 0; i < 3; ++i)
+        delete parent.RemoveLastChildElement();
     EXPECT_EQ(parent.GetFirstElement(), nullptr);
     EXPECT_EQ(parent.RemoveLastChildElement(), nullptr);
     parent.CreateNewChildElement()->SetElementName(L"e");
@@ -244,21 +234,18 @@ TEST(XmlDocument, CompletedCallback) {
     some.LoadXml(xml);
     EXPECT_EQ(ChildNames(some.GetDocumentElement()), L"Note");
     EXPECT_EQ(ChildNames(some.GetDocumentElement()->GetFirstElement()), L"b");
-}
 
-// A callback that throws stops the parse; its exception reaches the caller unchanged and the
-// document can load again.
-TEST(XmlDocument, CompletedCallbackThatThrows) {
+    // A callback that throws stops the parse; its exception reaches the caller unchanged and the
+    // document can load again.
     auto refuseNote = [](CXmlElement* element) -> bool {
         if (element->GetLocalName() == L"Note")
             throw CQvInvalidValueException(L"no notes");
         return false;
     };
-    CXmlDocument doc(+refuseNote);
-    ExpectThrowMsg<CQvInvalidValueException>(
-        [&] { doc.LoadXml("<r><Item/><Note>n</Note><Item/></r>"); }, L"no notes");
-    doc.LoadXml("<r><Item/></r>");
-    EXPECT_EQ(ChildNames(doc.GetDocumentElement()), L"Item");
+    CXmlDocument refusing(+refuseNote);
+    ExpectThrowMsg<CQvInvalidValueException>([&] { refusing.LoadXml(xml); }, L"no notes");
+    refusing.LoadXml("<r><Item/></r>");
+    EXPECT_EQ(ChildNames(refusing.GetDocumentElement()), L"Item");
 }
 
 TEST(XmlDocument, LoadFailures) {
@@ -314,18 +301,12 @@ TEST(XmlDocument, LoadSources) {
     std::fwrite(xml.data(), 1, xml.size(), file);
     std::fclose(file);
 
-    std::vector<unsigned char> plain = Utf8(xml);
-    auto compressed = [&plain](CompressionType type) {
-        unsigned char* data = plain.data();
-        unsigned long length = static_cast<unsigned long>(plain.size());
-        CQvZip::Compress(&data, &length, type);
-        std::vector<unsigned char> out(data, data + length);
-        delete[] data;
-        return out;
-    };
-    const std::vector<unsigned char> gzip = compressed(Compression_GZip);
-    const std::vector<unsigned char> zlib = compressed(Compression_ZLib);
-    ASSERT_LT(gzip.size(), plain.size());
+    // The reader inflates what it is handed, and leaves the caller's buffer as it was.
+    std::vector<unsigned char> plain(xml.begin(), xml.end());
+    CBinaryData packed(plain.data(), static_cast<unsigned long>(plain.size()), false);
+    CQvZip::CompressData(packed, Compression_GZip);
+    const std::vector<unsigned char> gzip = qvtest::Bytes(packed);
+    ASSERT_LT(gzip.size(), xml.size());
 
     struct Case {
         const char* name;
@@ -334,17 +315,11 @@ TEST(XmlDocument, LoadSources) {
 
     const Case cases[] = {
         {"file", [&](CXmlDocument& d) { d.Load(dir.WFile("doc.xml").c_str()); }},
-        {"plain bytes", [&](CXmlDocument& d) { d.LoadXmlStream(plain.data(), plain.size()); }},
         {"gzip bytes",
          [&](CXmlDocument& d) {
              std::vector<unsigned char> copy = gzip;
              d.LoadXmlStream(copy.data(), copy.size());
-             EXPECT_EQ(copy, gzip); // the caller's buffer is left alone
-         }},
-        {"zlib bytes",
-         [&](CXmlDocument& d) {
-             std::vector<unsigned char> copy = zlib;
-             d.LoadXmlStream(copy.data(), copy.size());
+             EXPECT_EQ(copy, gzip);
          }},
     };
     for (const Case& tc : cases) {
@@ -361,37 +336,32 @@ TEST(XmlDocument, LoadSources) {
     }
 }
 
+// A store drops its tree unvisited; a callback document's heap tree is freed without recursion.
 TEST(XmlDocument, MillionNestedElements) {
     const int depth = 1000000;
     std::string xml;
-    xml.reserve(7 * depth);
+    std::wstring path;
     for (int i = 0; i < depth; ++i)
-        xml += "<a>";
+        xml += "<a>", path += L"/a";
     xml += "x";
     for (int i = 0; i < depth; ++i)
         xml += "</a>";
-    {
-        CXmlDocument doc;
-        doc.LoadXml(xml.c_str());
+    CXmlDocument stored;
+    CXmlDocument heap([](CXmlElement*) { return false; });
+    for (CXmlDocument* doc : {&stored, &heap}) {
+        doc->LoadXml(xml.c_str());
         int levels = 0;
-        const CXmlElement* e = doc.GetDocumentElement();
+        const CXmlElement* e = doc->GetDocumentElement();
         for (; e->GetFirstElement(); e = e->GetFirstElement())
             ++levels;
         EXPECT_EQ(levels, depth - 1);
         EXPECT_EQ(e->GetText(), L"x");
-    } // destroyed here without recursion
+        EXPECT_EQ(e->GetXPath(), path);
+        doc->Cleanup();
+    }
 }
 
-TEST(XmlDocument, PathsOfDeepAndWideTrees) {
-    CXmlDocument deep;
-    deep.AddDocElement(L"", L"a");
-    for (int i = 1; i < 100000; ++i)
-        deep.AddChildElement(L"", L"a");
-    std::wstring expected;
-    for (int i = 0; i < 100000; ++i)
-        expected += L"/a";
-    EXPECT_EQ(deep.GetOpenElement()->GetXPath(), expected);
-
+TEST(XmlDocument, PathsInAWideTree) {
     std::string xml = "<r>";
     for (int i = 0; i < 100000; ++i)
         xml += "<i/>";

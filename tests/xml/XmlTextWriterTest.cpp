@@ -73,17 +73,10 @@ TEST(XmlTextWriter, DocumentShape) {
     };
 
     const Case cases[] = {
-        {"declaration UTF-8", Encoding_UTF8, [](CXmlTextWriter& w) { w.WriteStartDocument(); },
-         L"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"},
         {"declaration UTF-16", Encoding_UTF16, [](CXmlTextWriter& w) { w.WriteStartDocument(); },
          L"<?xml version=\"1.0\" encoding=\"UTF-16\"?>\n"},
         {"declaration unknown", Encoding_Unknown, [](CXmlTextWriter& w) { w.WriteStartDocument(); },
          L"<?xml version=\"1.0\"?>\n"},
-        {"declaration native", Encoding_Native, [](CXmlTextWriter& w) { w.WriteStartDocument(); },
-         L"<?xml version=\"1.0\"?>\n"},
-        {"declaration CR LF", Encoding_Native,
-         [](CXmlTextWriter& w) { w.SetEOLType(EOL_CRLF), w.WriteStartDocument(); },
-         L"<?xml version=\"1.0\"?>\r\n"},
         {"empty element", Encoding_UTF8, [](CXmlTextWriter& w) { Start(w, L"r"), End(w); },
          L"<r/>\n"},
         {"text only stays on one line", Encoding_UTF8, TextElement(L"text"), L"<r>text</r>\n"},
@@ -205,17 +198,6 @@ TEST(XmlTextWriter, Escaping) {
         {"CDATA marker later in the text is escaped", TextElement(L"x<![CDATA[y]]>"),
          L"<r>x&lt;![CDATA[y]]&gt;</r>\n"},
         {"a lone < is not CDATA", TextElement(L"<"), L"<r>&lt;</r>\n"},
-        {"text ends at a zero character",
-         [](CXmlTextWriter& w) {
-             Start(w, L"r"), w.WriteString(std::wstring(L"ab\0&c", 5), ItemType_string, false);
-             End(w);
-         },
-         L"<r>ab</r>\n"},
-        {"attribute ends at a zero character",
-         [](CXmlTextWriter& w) {
-             Start(w, L"r"), Attr(w, L"t", L"", std::wstring(L"a\0\"", 3).c_str()), End(w);
-         },
-         L"<r t=\"a\"/>\n"},
         {"long runs and characters below 64 that stay",
          TextElement(L"&0123456789 !#$%'()*+,-./:;=?@ABCDEFGHIJKLMNOPQRSTUVWXYZ&\x1\x1F\x3F\x40&"),
          L"<r>&amp;0123456789 !#$%'()*+,-./:;=?@ABCDEFGHIJKLMNOPQRSTUVWXYZ&amp;\x1\x1F\x3F\x40&amp;"
@@ -275,9 +257,6 @@ TEST(XmlTextWriter, NamespacesAndSchemaAttributes) {
     };
 
     const Case cases[] = {
-        {"root in a namespace without default",
-         [](CXmlTextWriter& w) { Start(w, L"root", L"N"), End(w); },
-         L"<AA:root xmlns:AA=\"N\"/>\n"},
         {"root declarations: default first, then by namespace URI",
          [](CXmlTextWriter& w) {
              w.SetDefaultNamespace(L"urn:d");
@@ -286,13 +265,7 @@ TEST(XmlTextWriter, NamespacesAndSchemaAttributes) {
              Start(w, L"r", L"urn:d"), End(w);
          },
          L"<r xmlns=\"urn:d\" xmlns:z=\"urn:a\" xmlns:a=\"urn:b\" xmlns:b=\"urn:c\"/>\n"},
-        {"root in a declared namespace, end tag prefixed",
-         [](CXmlTextWriter& w) {
-             w.AddNamespace(L"p", L"urn:p");
-             Start(w, L"root", L"urn:p"), Text(w, L"x"), End(w);
-         },
-         L"<p:root xmlns:p=\"urn:p\">x</p:root>\n"},
-        {"empty prefix declares nothing",
+        {"before the root: an empty prefix declares nothing",
          [](CXmlTextWriter& w) {
              w.AddNamespace(L"", L"urn:e");
              Start(w, L"root", L"urn:e"), Text(w, L"x"), End(w);
@@ -313,34 +286,11 @@ TEST(XmlTextWriter, NamespacesAndSchemaAttributes) {
              Start(w, L"r", L"urn:d&"), Attr(w, L"a", L"urn:<q>", L"1"), End(w);
          },
          L"<r xmlns=\"urn:d&amp;\" xmlns:AA=\"urn:&lt;q&gt;\" AA:a=\"1\"/>\n"},
-        {"plain attributes",
-         [](CXmlTextWriter& w) {
-             Start(w, L"r"), Attr(w, L"a", L"", L"1"), Attr(w, L"b", L"", L"2"), Text(w, L"x");
-             End(w);
-         },
-         L"<r a=\"1\" b=\"2\">x</r>\n"},
         {"namespaced attributes share one declaration",
          [](CXmlTextWriter& w) {
              Start(w, L"r"), Attr(w, L"a", L"urn:q", L"1"), Attr(w, L"b", L"urn:q", L"2"), End(w);
          },
          L"<r xmlns:AA=\"urn:q\" AA:a=\"1\" AA:b=\"2\"/>\n"},
-        {"xml namespace attribute",
-         [](CXmlTextWriter& w) {
-             Start(w, L"r"), Attr(w, L"lang", L"http://www.w3.org/XML/1998/namespace", L"en");
-             End(w);
-         },
-         L"<r xml:lang=\"en\"/>\n"},
-        {"attribute in the default namespace is prefixed",
-         [](CXmlTextWriter& w) {
-             w.SetDefaultNamespace(L"urn:d");
-             Start(w, L"r", L"urn:d"), Attr(w, L"a", L"urn:d", L"1"), End(w);
-         },
-         L"<r xmlns=\"urn:d\" xmlns:AA=\"urn:d\" AA:a=\"1\"/>\n"},
-        {"xsi:type, no type namespace, xsi undeclared",
-         [](CXmlTextWriter& w) {
-             Start(w, L"r"), w.WriteAttributeType(L"T", L"", ItemType_XmlObject), End(w);
-         },
-         L"<r xmlns:AA=\"" XSI L"\" AA:type=\"T\"/>\n"},
         {"xsi:type, no type namespace",
          [](CXmlTextWriter& w) {
              w.AddNamespace(L"xsi", XSI);
@@ -377,41 +327,20 @@ TEST(XmlTextWriter, NamespacesAndSchemaAttributes) {
              Start(w, L"r"), w.WriteAttributeNil(), End(w);
          },
          L"<r xmlns:xsi=\"" XSI L"\" xsi:nil=\"true\"/>\n"},
-    };
-    for (const Case& tc : cases) {
-        SCOPED_TRACE(tc.name);
-        EXPECT_EQ(Written(tc.script), tc.output);
-    }
-}
-
-// Namespaces added on an open element are declared on it at once, so what uses them later is
-// well formed; the element keeps the prefix it was written with.
-TEST(XmlTextWriter, NamespacesAddedOnAnOpenElement) {
-    struct Case {
-        const char* name;
-        Script script;
-        const wchar_t* expected;
-    };
-
-    const Case cases[] = {
-        {"prefix used by a child",
+        // Added on an open element: declared on it at once, so what uses them later is well
+        // formed; the element keeps the prefix it was written with.
+        {"open element: prefix used by a child",
          [](CXmlTextWriter& w) {
              Start(w, L"r"), w.AddNamespace(L"p", L"urn:p"), Start(w, L"c", L"urn:p"), End(w),
                  End(w);
          },
          L"<r xmlns:p=\"urn:p\">\n\t<p:c/>\n</r>\n"},
-        {"default namespace set on a prefixed element",
+        {"open element: default namespace set on a prefixed one",
          [](CXmlTextWriter& w) {
              Start(w, L"r", L"N"), w.SetDefaultNamespace(L"N"), Text(w, L"x"), End(w);
          },
          L"<AA:r xmlns:AA=\"N\" xmlns=\"N\">x</AA:r>\n"},
-        {"default namespace reaches the children",
-         [](CXmlTextWriter& w) {
-             Start(w, L"r"), w.SetDefaultNamespace(L"urn:d"), Start(w, L"c", L"urn:d"), End(w),
-                 End(w);
-         },
-         L"<r xmlns=\"urn:d\">\n\t<c/>\n</r>\n"},
-        {"an empty prefix declares nothing",
+        {"open element: an empty prefix declares nothing",
          [](CXmlTextWriter& w) {
              Start(w, L"r"), w.AddNamespace(L"", L"urn:e"), Start(w, L"c", L"urn:e"), End(w),
                  End(w);
@@ -420,7 +349,7 @@ TEST(XmlTextWriter, NamespacesAddedOnAnOpenElement) {
     };
     for (const Case& tc : cases) {
         SCOPED_TRACE(tc.name);
-        EXPECT_EQ(Written(tc.script), tc.expected);
+        EXPECT_EQ(Written(tc.script), tc.output);
     }
 }
 
@@ -447,9 +376,6 @@ TEST(XmlTextWriter, Failures) {
              w.WriteAttributeType(L"T", L"urn:t", ItemType_XmlObject);
          },
          L"Attributes must be added before elements", L"<r>\n\t<c/>\n"},
-        {"xsi:nil after text",
-         [](CXmlTextWriter& w) { Start(w, L"r"), Text(w, L"x"), w.WriteAttributeNil(); },
-         L"Attributes must be added before elements", L"<r>x"},
         {"header directive inside the root",
          [](CXmlTextWriter& w) { Start(w, L"r"), w.WriteHeaderDirective(L"<!DOCTYPE r>"); },
          L"Headed directives must appear before an Element has been added.", L"<r"},
@@ -465,8 +391,6 @@ TEST(XmlTextWriter, Failures) {
          L"No Element is open.", L""},
         {"end with no element", [](CXmlTextWriter& w) { Start(w, L"r"), End(w), End(w); },
          L"No Element is open.", L"<r/>\n"},
-        {"close with an element open", [](CXmlTextWriter& w) { Start(w, L"r"), w.Close(); },
-         L"An Element has not been closed.", L"<r"},
         {"namespace after a child",
          [](CXmlTextWriter& w) {
              Start(w, L"r"), Start(w, L"c"), End(w), w.AddNamespace(L"p", L"urn:p");
@@ -500,6 +424,7 @@ TEST(XmlTextWriter, SettingsAndClose) {
     writer.WriteStartElement(L"r", L"");
     ExpectThrowMsg<CQvException>([&] { writer.Close(); }, L"An Element has not been closed.");
     EXPECT_EQ(stream.closes, 1);
+    EXPECT_EQ(std::wstring(stream.GetText()), L"<r");
     writer.WriteEndElement();
     writer.Close();
     EXPECT_EQ(stream.closes, 2);
@@ -514,44 +439,29 @@ TEST(XmlTextWriter, FlushesPast4095Characters) {
     EXPECT_EQ(stream.flushedAt, std::vector<unsigned long>{4096});
     EXPECT_EQ(stream.flushed, std::wstring(4095, L'x') + L"y");
     EXPECT_EQ(stream.GetLength(), 0u);
-}
 
-TEST(XmlTextWriter, FileOutputInChunks) {
-    qvtest::TempDir dir;
-    std::string expected = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<list>\n";
+    // Every kind of call checks the size, so no more than 4095 characters ever wait.
+    std::wstring expected = stream.flushed + L"<list>\n";
     unsigned long longest = 0;
-    int drops = 0;
-    {
-        CFileTextStream stream(dir.WFile("out.xml").c_str(), Encoding_UTF8);
-        CXmlTextWriter writer(stream);
-        unsigned long last = 0;
-        auto watch = [&] {
-            longest = std::max(longest, stream.GetLength());
-            drops += stream.GetLength() < last;
-            last = stream.GetLength();
-        };
-        writer.Open();
-        writer.WriteStartDocument();
-        writer.WriteStartElement(L"list", L"");
-        for (int i = 0; i < 3000; ++i) {
-            const std::wstring n = std::to_wstring(i);
-            writer.WriteStartElement(L"item", L"");
-            watch();
-            writer.WriteAttributeString(L"n", L"", n, ItemType_i4);
-            watch();
-            writer.WriteString(L"caf\u00e9 <" + n + L">", ItemType_string, false);
-            watch();
-            writer.WriteEndElement();
-            watch();
-            const std::string s = std::to_string(i);
-            expected += "\t<item n=\"" + s + "\">caf\xC3\xA9 &lt;" + s + "&gt;</item>\n";
-        }
+    auto watch = [&] { longest = std::max(longest, stream.GetLength()); };
+    writer.WriteStartElement(L"list", L"");
+    for (int i = 0; i < 3000; ++i) {
+        const std::wstring n = std::to_wstring(i);
+        writer.WriteStartElement(L"item", L"");
+        watch();
+        writer.WriteAttributeString(L"n", L"", n, ItemType_i4);
+        watch();
+        writer.WriteString(L"caf\u00e9 <" + n + L">", ItemType_string, false);
+        watch();
         writer.WriteEndElement();
-        writer.Close();
-        expected += "</list>\n";
+        watch();
+        expected += L"\t<item n=\"" + n + L"\">caf\u00e9 &lt;" + n + L"&gt;</item>\n";
     }
+    writer.WriteEndElement();
+    expected += L"</list>\n";
     EXPECT_LE(longest, 4095u);
-    EXPECT_GE(drops, 20);
-    const std::vector<unsigned char> bytes = qvtest::ReadFileBytes(dir.File("out.xml"));
-    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), expected);
+    EXPECT_GE(stream.flushedAt.size(), 20u);
+    for (unsigned long at : stream.flushedAt)
+        EXPECT_GT(at, 4095u);
+    EXPECT_EQ(stream.flushed + stream.GetText(), expected);
 }

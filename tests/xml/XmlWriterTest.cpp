@@ -82,12 +82,6 @@ TEST(XmlWriter, PrefixScopes) {
     const Case cases[] = {
         {"undeclared namespace at the root gets AA",
          [](CXmlWriter& w) { Start(w, L"r", L"urn:a"), End(w); }, L"<AA:r xmlns:AA=urn:a></AA:r>"},
-        {"descendants inherit the prefix until changed",
-         [](CXmlWriter& w) {
-             Start(w, L"r", L"urn:a"), Start(w, L"c", L"urn:a"), Start(w, L"g", L"urn:a");
-             End(w), End(w), End(w);
-         },
-         L"<AA:r xmlns:AA=urn:a><AA:c><AA:g></AA:g></AA:c></AA:r>"},
         {"second namespace gets AB, its sibling may reuse AB",
          [](CXmlWriter& w) {
              Start(w, L"r", L"urn:a");
@@ -119,12 +113,6 @@ TEST(XmlWriter, PrefixScopes) {
              Start(w, L"r", L"urn:p"), Attr(w, L"a", L"urn:p"), End(w);
          },
          L"<p:r>@p:a=v</p:r>"},
-        {"AddNamespace with a known URI replaces its prefix",
-         [](CXmlWriter& w) {
-             w.AddNamespace(L"p", L"urn:p"), w.AddNamespace(L"q", L"urn:p");
-             Start(w, L"r", L"urn:p"), End(w);
-         },
-         L"<q:r></q:r>"},
         {"AddNamespace inside an element reaches its children only",
          [](CXmlWriter& w) {
              Start(w, L"r");
