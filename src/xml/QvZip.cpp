@@ -6,7 +6,9 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
 #include <memory>
 
 namespace QvXmlLib16 {
@@ -16,6 +18,11 @@ namespace {
 constexpr int kGzipWindowBits = 31;       // 32 KB window, gzip wrapper
 constexpr int kAutoDetectWindowBits = 47; // 32 KB window, zlib or gzip header
 constexpr unsigned long kInflateChunk = 65536;
+
+// zlib counts in 32 bits: a buffer of 4 GiB or more goes to it in passes of at most this.
+uInt Pass(unsigned long left) {
+    return static_cast<uInt>(std::min<unsigned long>(left, std::numeric_limits<uInt>::max()));
+}
 
 // Owns a z_stream and ends it on every path.
 class Deflater {
@@ -102,12 +109,24 @@ void CQvZip::Compress(unsigned char** data, unsigned long* length, CompressionTy
     std::unique_ptr<unsigned char[]> out(new unsigned char[*length ? *length : 1]);
     z_stream& stream = deflater.Stream();
     stream.next_in = *data;
-    stream.avail_in = static_cast<uInt>(*length);
     stream.next_out = out.get();
-    stream.avail_out = static_cast<uInt>(*length);
-    result = deflate(&stream, Z_NO_FLUSH);
+    unsigned long inLeft = *length, outLeft = *length;
+    auto step = [&](int flush) {
+        const uInt in = Pass(inLeft), room = Pass(outLeft);
+        stream.avail_in = in;
+        stream.avail_out = room;
+        const int status = deflate(&stream, flush);
+        inLeft -= in - stream.avail_in;
+        outLeft -= room - stream.avail_out;
+        return status;
+    };
+    result = step(Z_NO_FLUSH);
+    while (result == Z_OK && inLeft > 0 && outLeft > 0)
+        result = step(Z_NO_FLUSH);
     if (result == Z_OK || result == Z_BUF_ERROR)
-        result = deflate(&stream, Z_FINISH);
+        result = step(Z_FINISH);
+    while (result == Z_OK && outLeft > 0)
+        result = step(Z_FINISH);
     if (result != Z_STREAM_END)
         throw CQvException(FormatString(msg::kCompressFailedFmt, result));
     *length = stream.total_out;
@@ -122,7 +141,14 @@ void CQvZip::Decompress(unsigned char** data, unsigned long* length, unsigned lo
         return;
     z_stream& stream = inflater.Stream();
     stream.next_in = *data;
-    stream.avail_in = static_cast<uInt>(*length);
+    unsigned long inLeft = *length; // not handed to zlib yet
+    auto refill = [&] {
+        if (stream.avail_in == 0 && inLeft > 0) {
+            stream.avail_in = Pass(inLeft);
+            inLeft -= stream.avail_in;
+        }
+    };
+    refill();
     GrowingBuffer out;
     for (;;) {
         stream.next_out = out.Reserve(kInflateChunk);
@@ -134,10 +160,11 @@ void CQvZip::Decompress(unsigned char** data, unsigned long* length, unsigned lo
             break;
         // Not compressed, damaged, truncated (no progress with the input used up) or too big:
         // the input stays as it was.
-        const bool stalled = stream.avail_in == 0 && stream.avail_out != 0;
+        const bool stalled = stream.avail_in == 0 && inLeft == 0 && stream.avail_out != 0;
         if ((result != Z_OK && result != Z_BUF_ERROR) || stalled
             || (result == Z_BUF_ERROR && before == stream.avail_in) || out.Length() > maxOutput)
             return;
+        refill();
     }
     if (out.Length() > maxOutput)
         return;
