@@ -56,6 +56,16 @@ Thrown At(const std::wstring& message, const std::wstring& path) {
     return Thrown(&typeid(CQvException), message + L"\nPath: " + path, path);
 }
 
+Thrown Missing(const std::wstring& element, const std::wstring& path) {
+    return At(L"Failed to find the required child element [" + element + L"].", path);
+}
+
+Thrown Leftover(const std::wstring& parent, const std::wstring& element, const std::wstring& path) {
+    return At(L"Failed read all the elements held within the element [" + parent
+                  + L"]. The unexpected element [" + element + L"] remains un processed",
+              path);
+}
+
 // A value that does not convert, reported at the element whose member it is.
 Thrown BadValue(const std::wstring& path, const std::wstring& inner) {
     return Thrown(&typeid(CQvValidationException), L"Failed to process the element.\nPath: " + path,
@@ -129,7 +139,8 @@ TEST(BindingRead, OrderAccepted) {
         {"unknown elements ignored",
          Doc(L"Order", L"<Lead><Id>9</Id></Lead><Id>1</Id><OrderDate>2026-01-02</OrderDate>"
                        L"<Status>pending</Status><ShipTo><Street>S</Street><Floor/><City>C"
-                       L"</City><Floor/></ShipTo><Extra/><Phone>P</Phone><Extra/>"),
+                       L"</City><Floor/></ShipTo><Extra/><Shape xsi:type=\"TriangleType\"/>"
+                       L"<Phone>P</Phone><Extra/>"),
          kSkipUnknown, same},
         {"missing mandatory elements ignored", Doc(L"Order", L"<Status>shipped</Status><ShipTo/>"),
          kSkipMissing,
@@ -198,7 +209,6 @@ TEST(BindingRead, OtherClassesAccepted) {
 
 TEST(BindingRead, Refused) {
     const std::wstring first = kFirst, m = kFirst + std::wstring(kShipTo);
-    const std::wstring missingOrderDate = L"Failed to find the required child element [OrderDate].";
     const std::wstring noMain = L"Failed to find a suitable substitution element for [Main].";
 
     struct Case {
@@ -211,36 +221,29 @@ TEST(BindingRead, Refused) {
 
     const Case cases[] = {
         {"mandatory primitive missing", Doc(L"Order", L"<OrderDate>2026-01-02</OrderDate>"), kNone,
-         At(L"Failed to find the required child element [Id].", L"/Order")},
+         Missing(L"Id", L"/Order")},
         {"unknown element before a mandatory one", Doc(L"Order", L"<Id>1</Id><X/><OrderDate/>"),
-         kNone, At(missingOrderDate, L"/Order")},
+         kNone, Missing(L"OrderDate", L"/Order")},
         {"unknown elements skipped till the end", Doc(L"Order", L"<Id>1</Id><X/>"), kSkipUnknown,
-         At(missingOrderDate, L"/Order")},
+         Missing(L"OrderDate", L"/Order")},
         {"leftover element", Doc(L"Order", m + L"<Phone>P</Phone><Extra/>"), kNone,
-         At(L"Failed read all the elements held within the element [Order]. The unexpected "
-            L"element [Extra] remains un processed",
-            L"/Order")},
+         Leftover(L"Order", L"Extra", L"/Order")},
         {"leftover element in a class",
          Doc(L"Order", first + L"<ShipTo><Street>S</Street><City>C</City><Floor/></ShipTo>"), kNone,
-         At(L"Failed read all the elements held within the element [ShipTo]. The unexpected "
-            L"element [Floor] remains un processed",
-            L"/Order/ShipTo")},
+         Leftover(L"ShipTo", L"Floor", L"/Order/ShipTo")},
         {"member in another namespace", Doc(L"Order", L"<Id xmlns=\"urn:x\">1</Id>"), kNone,
-         At(L"Failed to find the required child element [Id].", L"/Order")},
+         Missing(L"Id", L"/Order")},
         {"document in another namespace", L"<p:Order xmlns:p=\"urn:x\"><p:Id>1</p:Id></p:Order>",
-         kNone, At(L"Failed to find the required child element [Id].", L"/p:Order")},
+         kNone, Missing(L"Id", L"/p:Order")},
         {"member of the first of two classes missing",
          Doc(L"Order", first + L"<ShipTo><Street>S</Street></ShipTo><ShipTo/>"), kSkipUnknown,
-         At(L"Failed to find the required child element [City].", L"/Order/ShipTo[1]")},
-        {"pseudo element missing", Doc(L"Order", m), kNone,
-         At(L"Failed to find the required child element [Contact].", L"/Order")},
+         Missing(L"City", L"/Order/ShipTo[1]")},
+        {"pseudo element missing", Doc(L"Order", m), kNone, Missing(L"Contact", L"/Order")},
         {"member of an abstract member missing",
          Doc(L"Order", m + L"<Shape xsi:type=\"CircleType\"/><Phone>P</Phone>"), kNone,
-         At(L"Failed to find the required child element [Radius].", L"/Order/Shape")},
+         Missing(L"Radius", L"/Order/Shape")},
         {"ill-formed number", Doc(L"Order", L"<Id>1O</Id>"), kNone,
          BadValue(L"/Order", L"The value [1O] can not be converted to a i4")},
-        {"ill-formed date", Doc(L"Order", L"<Id>1</Id><OrderDate>2026-13-01</OrderDate>"), kNone,
-         BadValue(L"/Order", L"Invalid Month [13] (1 <= month <= 12)")},
         {"unknown enumeration value",
          Doc(L"Order", L"<Id>1</Id><OrderDate>2026-01-02</OrderDate><Status>lost</Status>"), kNone,
          BadValue(L"/Order", L"Invalid Status value [lost]")},
@@ -265,15 +268,16 @@ TEST(BindingRead, Refused) {
          At(L"Unexpected Attribute found.", L"/Order/@flag")},
         {"unknown attribute on a primitive", Doc(L"Order", L"<Id unit=\"x\">1</Id>"), kNone,
          At(L"Unexpected Attribute found.", L"/Order/Id/@unit")},
+        // The factory declines it, so it stays in the way of what follows.
+        {"optional abstract member of unknown type",
+         Doc(L"Order", m + L"<Shape xsi:type=\"TriangleType\"/><Phone>P</Phone>"), kNone,
+         Missing(L"Contact", L"/Order")},
         {"abstract member of unknown type", Doc(L"Drawing", L"<Main/>"), kNone,
          At(noMain, L"/Drawing"), L"Drawing"},
         {"abstract member missing", Doc(L"Drawing", L"<Owner/>"), kSkipUnknown,
          At(noMain, L"/Drawing"), L"Drawing"},
         {"second member of a choice", Doc(L"Pick", L"<A>1</A><B>t</B>"), kNone,
-         At(L"Failed read all the elements held within the element [Pick]. The unexpected "
-            L"element [B] remains un processed",
-            L"/Pick"),
-         L"Pick"},
+         Leftover(L"Pick", L"B", L"/Pick"), L"Pick"},
         {"empty choice", Doc(L"Pick", L"<C/>"), kNone,
          At(L"No child elements within the element [Pick] were populated. The element represents "
             L"a choice, so one and only one element should be populated. The element contained "
@@ -281,10 +285,7 @@ TEST(BindingRead, Refused) {
             L"/Pick"),
          L"Pick"},
         {"leftover element in an all group", Doc(L"Bag", L"<X>1</X><Z/><Y>t</Y>"), kNone,
-         At(L"Failed read all the elements held within the element [Bag]. The unexpected "
-            L"element [Z] remains un processed",
-            L"/Bag"),
-         L"Bag"},
+         Leftover(L"Bag", L"Z", L"/Bag"), L"Bag"},
         {"truncated", L"<Order xmlns=\"urn:test:po\"><Id>4", kNone,
          Thrown(&typeid(CQvException), L"no element found at line 1", L"")},
         {"not XML", L"Order: 1", kNone,

@@ -60,8 +60,7 @@ TEST(BindingStream, RoundTrips) {
         SCOPED_TRACE(tc.name);
         const CBinaryData bytes = stream(tc.compression);
         EXPECT_EQ(bytes.GetData()[0], tc.magic);
-        unsigned char* data = new unsigned char[bytes.GetLength()];
-        std::copy(bytes.GetData(), bytes.GetData() + bytes.GetLength(), data);
+        unsigned char* data = qvtest::NewArray(Bytes(bytes));
         unsigned long length = bytes.GetLength();
         unsigned char* const original = data;
         CQvZip::Decompress(&data, &length);

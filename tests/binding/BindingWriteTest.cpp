@@ -138,11 +138,6 @@ TEST(BindingWrite, OtherClasses) {
                  NotConverted(L"Drawing", typeid(CQvInvalidParamException),
                               L"The Property [Main] is mandatory, it may not be NULL"));
 
-    CSmartPtr<CNode> node = MakeChain(2);
-    node->Child->SetNil(true);
-    EXPECT_EQ(Write(*node), L"<Node xmlns=\"urn:test:po\"><Name>1</Name><Child xmlns:AA=\"http://"
-                            L"www.w3.org/2001/XMLSchema-instance\" AA:nil=\"true\"/></Node>");
-
     CSmartPtr<CPick> pick = new CPick();
     ExpectThrown([&] { Write(*pick); },
                  NotConverted(L"Pick", typeid(CQvValidationException),

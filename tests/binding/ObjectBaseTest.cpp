@@ -31,15 +31,35 @@ TEST(XmlObjectBase, ReferenceCount) {
     EXPECT_FALSE(deleted);
     EXPECT_EQ(object->Release(), 0);
     EXPECT_TRUE(deleted);
+}
 
-    deleted = false;
+TEST(VariantReferences, ObjectsAndCollectionsAreCounted) {
+    bool deleted = false;
     {
-        CSmartPtr<CAddress> held = new CTrackedAddress(deleted);
-        CSmartPtr<CAddress> copy = held;
-        held = nullptr;
+        QvVariant value;
+        CAddress* object = new CTrackedAddress(deleted);
+        value.SetXmlObject(object);
+        EXPECT_EQ(value.GetItemType(), ItemType_XmlObject);
+        {
+            QvVariant copy(value); // a copy shares the object
+            EXPECT_EQ(copy.GetXmlObject().Ptr(), object);
+            value.SetXmlObject(object); // setting the object held now keeps it alive
+        }
         EXPECT_FALSE(deleted);
+        ExpectThrowMsg<CQvException>([&] { value.GetXmlCollection(); }, L"Invalid Type 27");
+        ExpectThrowMsg<CQvException>([&] { value.ToString(); },
+                                     L"Invalid Type 27 to convert to string");
     }
     EXPECT_TRUE(deleted);
+
+    QvVariant collectionValue;
+    Ci4Col* collection = new Ci4Col(L"i", kNs, 0, -1);
+    collection->Add(3);
+    collectionValue.SetXmlCollection(collection);
+    EXPECT_EQ(collectionValue.GetXmlCollection()->GetCount(), 1);
+    ExpectThrowMsg<CQvException>([&] { collectionValue.GetXmlObject(); }, L"Invalid Type 28");
+    collectionValue.SetXmlObject(nullptr);
+    EXPECT_TRUE(collectionValue.GetXmlObject().IsNull());
 }
 
 TEST(XmlObjectBase, ChoiceHelpers) {

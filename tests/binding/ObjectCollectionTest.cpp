@@ -1,5 +1,5 @@
 #include "binding-fixtures/CatalogBinding.h"
-#include "common/TestUtils.h"
+#include "binding-fixtures/ExpectThrown.h"
 
 #include <gtest/gtest.h>
 
@@ -27,16 +27,18 @@ std::wstring Names(const TXmlObjectCol<CItem>& items) {
 // Records the events a collection sends, with their data.
 class Listener : public IEventSink {
 public:
-    void OnEvent(CXmlObjectBase*, MsgType type, void* data) override {
+    void OnEvent(CXmlObjectBase* from, MsgType type, void* data) override {
         std::wstring entry = std::to_wstring(static_cast<int>(type));
         if (type == MsgType_CollectionAdd || type == MsgType_CollectionAddComplete)
             entry += L":" + static_cast<CItem*>(data)->Name;
         else if (type != MsgType_CollectionChange)
             entry += L":" + std::to_wstring(*static_cast<int*>(data));
         log.push_back(entry);
+        source = from;
     }
 
     std::vector<std::wstring> log;
+    CXmlObjectBase* source = nullptr;
 };
 
 const wchar_t kCatalogXml[] =
@@ -62,54 +64,50 @@ TEST(ObjectCollection, AddFindAndRemove) {
     CSmartPtr<CItem> b = NewItem(L"b");
     items.Add(b);
     items.PrependItem(NewItem(L"a"));
-    items.AddItemAt(2, NewItem(L"d"));
+    items.AddItemAt(2, NewItem(L"d")); // the count itself appends
     items.AddBeforeItem(items.Item(2), NewItem(L"c"));
     items.AddAfterItem(items.Item(3), NewItem(L"e"));
     items.AddAfterItem(nullptr, NewItem(L"f"));
     EXPECT_EQ(Names(items), L"abcdef");
-    EXPECT_EQ(items.GetCount(), 6);
     EXPECT_EQ(items.GetNodeForItem(b)->item.Ptr(), b.Ptr());
 
+    ExpectThrowMsg<CQvInvalidParamException>([&] { items.GetNodeAtIndex(6); },
+                                             L"Index 6 is out of range, use 0 - 6");
+    ExpectThrowMsg<CQvInvalidParamException>([&] { items.Remove(-1); },
+                                             L"Index -1 is out of range, use 0 - 6");
+    ExpectThrowMsg<CQvInvalidParamException>([&] { items.AddItemAt(7, NewItem(L"x")); },
+                                             L"Index out of range");
+    ExpectThrowMsg<CQvInvalidParamException>([&] { items.GetNodeForItem(NewItem(L"z")); },
+                                             L"The object was not found in the collection");
+    EXPECT_EQ(Names(items), L"abcdef");
     items.Remove(0);
     items.RemoveNode(items.GetNodeForItem(b));
     EXPECT_EQ(Names(items), L"cdef");
     items.Clear();
     EXPECT_EQ(items.GetCount(), 0);
-    EXPECT_EQ(items.begin() != items.end(), false);
+    EXPECT_FALSE(items.begin() != items.end());
 }
 
-TEST(ObjectCollection, IndexAndLookupErrors) {
+TEST(ObjectCollection, EventsReachEachListenerInOrder) {
     TXmlObjectCol<CItem> items(L"Item", kNs, 0, -1);
-    for (const wchar_t* name : {L"a", L"b", L"c"})
-        items.Add(NewItem(name));
-    ExpectThrowMsg<CQvInvalidParamException>([&] { items.GetNodeAtIndex(3); },
-                                             L"Index 3 is out of range, use 0 - 3");
-    ExpectThrowMsg<CQvInvalidParamException>([&] { items.Remove(-1); },
-                                             L"Index -1 is out of range, use 0 - 3");
-    ExpectThrowMsg<CQvInvalidParamException>([&] { items.AddItemAt(4, NewItem(L"x")); },
-                                             L"Index out of range");
-    CSmartPtr<CItem> stranger = NewItem(L"z");
-    ExpectThrowMsg<CQvInvalidParamException>([&] { items.GetNodeForItem(stranger); },
-                                             L"The object was not found in the collection");
-    items.AddItemAt(3, NewItem(L"d")); // the count itself appends
-    EXPECT_EQ(Names(items), L"abcd");
-}
-
-TEST(ObjectCollection, EventsInOrder) {
-    TXmlObjectCol<CItem> items(L"Item", kNs, 0, -1);
-    Listener listener;
-    items.AddEventListener(&listener);
+    Listener first, second;
+    items.AddEventListener(&first);
+    items.AddEventListener(&second);
     items.Add(NewItem(L"a"));
     items.AddItemAt(0, NewItem(L"b"));
     items.Remove(1);
     const std::vector<std::wstring> expected = {L"1:a", L"2:a",  L"0",    L"1:b", L"2:b",
                                                 L"0",   L"3:-1", L"4:-1", L"0"};
-    EXPECT_EQ(listener.log, expected);
+    EXPECT_EQ(first.log, expected);
+    EXPECT_EQ(second.log, expected);
+    EXPECT_EQ(first.source, &items);
+    items.RemoveEventListener(&first);
+    items.Clear();
+    EXPECT_EQ(first.log.size(), 9u);
+    EXPECT_EQ(second.log.size(), 10u);
 }
 
 TEST(ObjectCollection, ItemsAreCountedReferences) {
-    bool alive = true;
-
     struct Watched : CItem {
         explicit Watched(bool* flag) : m_flag(flag) {}
 
@@ -118,16 +116,17 @@ TEST(ObjectCollection, ItemsAreCountedReferences) {
         bool* m_flag;
     };
 
+    bool removed = true, held = true;
     {
         TXmlObjectCol<CItem> items(L"Item", kNs, 0, -1);
-        items.Add(new Watched(&alive));
-        EXPECT_TRUE(alive);
+        items.Add(new Watched(&removed));
+        items.Add(new Watched(&held));
+        EXPECT_TRUE(removed);
         items.Remove(0);
-        EXPECT_FALSE(alive);
-        alive = true;
-        items.Add(new Watched(&alive));
+        EXPECT_FALSE(removed);
+        EXPECT_TRUE(held);
     }
-    EXPECT_FALSE(alive); // the collection released it
+    EXPECT_FALSE(held); // the collection released it
 }
 
 TEST(ObjectCollection, WritesAndReadsRepeatedMembers) {
@@ -156,50 +155,39 @@ TEST(ObjectCollection, WritesAndReadsRepeatedMembers) {
 }
 
 TEST(ObjectCollection, CountsAndTypesOnReadAndWrite) {
-    struct Case {
-        const char* name;
-        const wchar_t* xml;
-        const wchar_t* message;
-    };
-
-    const Case cases[] = {
-        {"too few items", L"<Catalog xmlns='urn:test:po'/>",
-         L"Failed to process the element.\nPath: /Catalog\n"
-         L"The Minimum number of [Item] elements allowed in this collection is 1"},
-        {"too many items",
-         L"<Catalog xmlns='urn:test:po'><Item><Name/></Item><Item><Name/></Item>"
-         L"<Item><Name/></Item><Item><Name/></Item></Catalog>",
-         L"Failed to process the element.\nPath: /Catalog\n"
-         L"The Maximum number of [Item] elements allowed in this collection is 3"},
-        {"unknown xsi:type",
-         L"<Catalog xmlns='urn:test:po' xmlns:x='http://www.w3.org/2001/XMLSchema-instance'>"
-         L"<Item><Name/></Item><Shape x:type='Triangle'/></Catalog>",
-         L"Failed to find a suitable substitution element for [Shape].\n"
-         L"Path: /Catalog/Shape"},
-    };
-    for (const Case& tc : cases) {
-        SCOPED_TRACE(tc.name);
+    const auto read = [](const std::wstring& body) {
         CSmartPtr<CCatalog> catalog = new CCatalog();
-        try {
-            catalog->FromXml(tc.xml);
-            ADD_FAILURE() << "nothing thrown";
-        } catch (const CQvException& e) {
-            EXPECT_EQ(e.GetFullMessage(), tc.message);
-        }
-    }
+        catalog->FromXml((L"<Catalog xmlns='urn:test:po' xmlns:x='http://www.w3.org/2001/"
+                          L"XMLSchema-instance'>"
+                          + body + L"</Catalog>")
+                             .c_str());
+    };
+    const auto counted = [](const wchar_t* message) {
+        return Thrown(&typeid(CQvValidationException),
+                      L"Failed to process the element.\nPath: /Catalog", L"/Catalog",
+                      &typeid(CQvValidationException), message);
+    };
+    const std::wstring item = L"<Item><Name/></Item>";
+    ExpectThrown([&] { read(L""); },
+                 counted(L"The Minimum number of [Item] elements allowed in this collection is 1"));
+    ExpectThrown([&] { read(item + item + item + item); },
+                 counted(L"The Maximum number of [Item] elements allowed in this collection is 3"));
+    ExpectThrown([&] { read(item + L"<Shape x:type='Triangle'/>"); },
+                 Thrown(&typeid(CQvException),
+                        L"Failed to find a suitable substitution element for [Shape].\n"
+                        L"Path: /Catalog/Shape",
+                        L"/Catalog/Shape"));
+
     CSerializationContext ignoring;
     ignoring.SetIgnoreInvalidCollectionCounts(true);
     CSmartPtr<CCatalog> empty = new CCatalog();
     empty->FromXml(L"<Catalog xmlns='urn:test:po'/>", ignoring);
     EXPECT_EQ(empty->Items->GetCount(), 0);
-    try {
-        empty->ToXml();
-        ADD_FAILURE() << "nothing thrown";
-    } catch (const CQvException& e) {
-        EXPECT_EQ(e.GetFullMessage(),
-                  L"Failed to convert the element [Catalog] to XML\n"
-                  L"The Minimum number of [Item] elements allowed in this collection is 1");
-    }
+    ExpectThrown([&] { empty->ToXml(); },
+                 Thrown(&typeid(CQvValidationException),
+                        L"Failed to convert the element [Catalog] to XML", L"",
+                        &typeid(CQvValidationException),
+                        L"The Minimum number of [Item] elements allowed in this collection is 1"));
     EXPECT_EQ(empty->ToXml(false, false, EOL_LF, ignoring),
               L"<AA:Catalog xmlns:AA=\"urn:test:po\"/>");
 }

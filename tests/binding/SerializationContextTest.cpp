@@ -113,27 +113,20 @@ TEST(NamespaceAliasMap, AddLookupAndOrder) {
     EXPECT_EQ(map.GetNamespaceFromAlias(L"m"), L"urn:m");
     EXPECT_TRUE(map.DoesAliasExist(L"z"));
     EXPECT_FALSE(map.DoesAliasExist(L"a"));
-    EXPECT_TRUE(map.DoesNamespaceExist(L"urn:a"));
+    ExpectThrowMsg<CQvException>([&] { map.GetNamespaceFromAlias(L"a"); },
+                                 L"Namespace alias [a] not found");
+    ExpectThrowMsg<CQvInvalidParamException>([&] { map.GetNamespaceAt(3); },
+                                             L"Index 3 is out of range, use 0 - 3");
+    ExpectThrowMsg<CQvInvalidParamException>([&] { map.GetNamespaceAt(-1); },
+                                             L"Index -1 is out of range, use 0 - 3");
     map.RemoveNamespace(L"urn:a");
     map.RemoveNamespace(L"urn:absent");
     EXPECT_FALSE(map.DoesNamespaceExist(L"urn:a"));
     EXPECT_EQ(map.GetNamespaceCount(), 2);
-}
 
-TEST(NamespaceAliasMap, LookupOfUnknownNamespaceInsertsAnEmptyAlias) {
-    const CNamespaceAliasMap map;
-    EXPECT_EQ(map.GetAliasFromNamespace(L"urn:new"), L"");
-    EXPECT_EQ(map.GetNamespaceCount(), 1);
+    // Looking up an unknown namespace inserts it with an empty alias, even in a const map.
+    const CNamespaceAliasMap& constant = map;
+    EXPECT_EQ(constant.GetAliasFromNamespace(L"urn:new"), L"");
+    EXPECT_EQ(map.GetNamespaceCount(), 3);
     EXPECT_TRUE(map.DoesNamespaceExist(L"urn:new"));
-}
-
-TEST(NamespaceAliasMap, Failures) {
-    CNamespaceAliasMap map;
-    map.Add(L"a", L"urn:a");
-    ExpectThrowMsg<CQvException>([&] { map.GetNamespaceFromAlias(L"x"); },
-                                 L"Namespace alias [x] not found");
-    ExpectThrowMsg<CQvInvalidParamException>([&] { map.GetNamespaceAt(1); },
-                                             L"Index 1 is out of range, use 0 - 1");
-    ExpectThrowMsg<CQvInvalidParamException>([&] { map.GetNamespaceAt(-1); },
-                                             L"Index -1 is out of range, use 0 - 1");
 }
