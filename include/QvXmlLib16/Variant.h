@@ -118,8 +118,6 @@ public:
     // On a conversion error the variant keeps its value. A type outside 1-26 throws
     // CQvException "Invalid Type %d to convert to string" with this variant's current type.
     void FromString(const std::wstring& text, ItemType type, CWhitespaceUtils::WhitespaceRule rule);
-    // The same, keeping the text itself as the value of a string the rule leaves unchanged.
-    void FromString(std::wstring&& text, ItemType type, CWhitespaceUtils::WhitespaceRule rule);
 
 private:
     template <class T>

@@ -420,19 +420,16 @@ void QvVariant::FromString(const std::wstring& text, ItemType type,
     case ItemType_datetime: return SetDateTime(C::datetimeFromString(text, rule));
     case ItemType_time: return SetTime(C::timeFromString(text, rule));
     case ItemType_char: return SetChar(C::charFromString(text, rule));
-    case ItemType_string: return SetString(C::stringFromString(text, rule));
+    case ItemType_string:
+        // Text the rule leaves alone, as nearly all read text, is copied straight in.
+        if (detail::RuleLeavesText(rule, text))
+            return SetString(text);
+        return SetString(C::stringFromString(text, rule));
     case ItemType_boolean: return SetBoolean(C::booleanFromString(text, rule));
     case ItemType_decimal: return SetDecimal(C::decimalFromString(text, rule));
     case ItemType_integer: return SetInteger(C::integerFromString(text, rule));
     default: ThrowNotConvertible(m_type); // the message names this variant's type on purpose
     }
-}
-
-void QvVariant::FromString(std::wstring&& text, ItemType type,
-                           CWhitespaceUtils::WhitespaceRule rule) {
-    if (type == ItemType_string && detail::RuleLeavesText(rule, text))
-        return SetString(std::move(text));
-    FromString(static_cast<const std::wstring&>(text), type, rule);
 }
 
 } // namespace QvXmlLib16

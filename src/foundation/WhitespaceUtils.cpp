@@ -1,4 +1,5 @@
 #include "foundation/FoundationMessages.h"
+#include "foundation/RuleApplied.h"
 
 #include <QvXmlLib16/QvException.h>
 #include <QvXmlLib16/WhitespaceUtils.h>
@@ -6,7 +7,7 @@
 namespace QvXmlLib16 {
 
 std::wstring CWhitespaceUtils::Preserve(const std::wstring& s) {
-    if (s.find(L'\r') == std::wstring::npos)
+    if (detail::RuleLeavesText(WhitespaceRule_Preserve, s))
         return s;
     return Preserve(s.data(), static_cast<int>(s.size()));
 }
@@ -29,7 +30,7 @@ std::wstring CWhitespaceUtils::Preserve(const wchar_t* s, int len) {
 }
 
 std::wstring CWhitespaceUtils::Replace(const std::wstring& s) {
-    if (s.find_first_of(L"\t\n\r") == std::wstring::npos)
+    if (detail::RuleLeavesText(WhitespaceRule_Replace, s))
         return s;
     std::wstring out;
     out.reserve(s.size());
