@@ -38,8 +38,15 @@ public:
     std::size_t GetSize() const { return m_size; }
 
     void Append(CTreeStore* store, const char* bytes, std::size_t count);
+
     // Makes count more bytes for the caller to write; GiveBack returns an unwritten tail.
-    char* Extend(CTreeStore* store, std::size_t count);
+    char* Extend(CTreeStore* store, std::size_t count) {
+        if (m_capacity - m_size < count)
+            Reserve(store, m_size + count);
+        char* room = m_data + m_size;
+        m_size += static_cast<std::uint32_t>(count);
+        return room;
+    }
 
     void GiveBack(std::size_t count) { m_size -= static_cast<std::uint32_t>(count); }
 

@@ -17,12 +17,10 @@
 #include <emmintrin.h>
 #endif
 
-#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstring>
 #include <exception>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -99,44 +97,27 @@ std::wstring Widen(const XML_Char* s) {
     return out;
 }
 
-// The text of one open element; kept between elements, so its room is reused.
+// The text of one open element, on the heap; kept between elements, so its room is reused.
 class CTextBuffer {
 public:
-    const char* data() const { return m_data.get(); }
+    CTextBuffer() = default;
 
-    size_t size() const { return m_size; }
-
-    bool empty() const { return m_size == 0; }
-
-    void clear() { m_size = 0; }
-
-    void append(const char* bytes, size_t count) { std::memcpy(Extend(count), bytes, count); }
-
-    void push_back(char c) { *Extend(1) = c; }
-
-    char* Extend(size_t count) {
-        if (m_capacity - m_size < count)
-            Grow(m_size + count);
-        char* room = m_data.get() + m_size;
-        m_size += count;
-        return room;
+    CTextBuffer(CTextBuffer&& other) noexcept : m_text(other.m_text) {
+        other.m_text = detail::CCompactText();
     }
 
-    void GiveBack(size_t count) { m_size -= count; }
+    CTextBuffer& operator=(CTextBuffer&&) = delete;
+
+    ~CTextBuffer() { m_text.Free(nullptr); }
+
+    const detail::CCompactText& Text() const { return m_text; }
+
+    void Clear() { m_text.GiveBack(m_text.GetSize()); }
+
+    detail::CTextSink Sink() { return detail::CTextSink(m_text, nullptr); }
 
 private:
-    void Grow(size_t needed) {
-        const size_t capacity = std::max(needed, 2 * m_capacity);
-        std::unique_ptr<char[]> grown(new char[capacity]);
-        if (m_size > 0)
-            std::memcpy(grown.get(), m_data.get(), m_size);
-        m_data = std::move(grown);
-        m_capacity = capacity;
-    }
-
-    std::unique_ptr<char[]> m_data;
-    size_t m_size = 0;
-    size_t m_capacity = 0;
+    detail::CCompactText m_text;
 };
 
 } // namespace
@@ -220,7 +201,7 @@ struct CExpatReader::Impl {
         CXmlElement* element = document.StartElement(names.first, names.second);
         if (depth == openText.size())
             openText.emplace_back();
-        openText[depth++].clear();
+        openText[depth++].Clear();
         for (const XML_Char** a = attributes; a && *a; a += 2) {
             if (RecordIfDeclaration(a[0], a[1]))
                 continue;
@@ -241,19 +222,21 @@ struct CExpatReader::Impl {
     // size when it ends.
     void Text(const XML_Char* s, int length) {
         if (depth > 0 && length > 0) {
-            detail::AppendUtf16(openText[depth - 1], reinterpret_cast<const char16_t*>(s),
+            detail::CTextSink sink = openText[depth - 1].Sink();
+            detail::AppendUtf16(sink, reinterpret_cast<const char16_t*>(s),
                                 static_cast<size_t>(length), true);
         }
     }
 
     void AppendMarker(const char* marker) {
         if (depth > 0)
-            openText[depth - 1].append(marker, std::strlen(marker));
+            openText[depth - 1].Sink().append(marker, std::strlen(marker));
     }
 
-    static void Give(CXmlElement* element, const CTextBuffer& text) {
-        if (element && !text.empty())
-            element->m_text.Append(element->Store(), text.data(), text.size());
+    static void Give(CXmlElement* element, const CTextBuffer& buffer) {
+        const detail::CCompactText& text = buffer.Text();
+        if (element && !text.IsEmpty())
+            element->m_text.Append(element->Store(), text.GetData(), text.GetSize());
     }
 
     void EndElement() {

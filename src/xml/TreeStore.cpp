@@ -143,13 +143,6 @@ void CCompactText::Append(CTreeStore* store, const char* bytes, std::size_t coun
     std::memcpy(Extend(store, count), bytes, count);
 }
 
-char* CCompactText::Extend(CTreeStore* store, std::size_t count) {
-    Reserve(store, m_size + count);
-    char* room = m_data + m_size;
-    m_size += static_cast<std::uint32_t>(count);
-    return room;
-}
-
 void CCompactText::Free(CTreeStore* store) noexcept {
     if (!store)
         std::free(m_data);
