@@ -9,13 +9,13 @@
 #endif
 
 // Element text and attribute values are kept as bytes, a quarter of their wide size for the
-// usual ASCII-heavy document, and short ones fit inside the string object itself. The form is
+// usual ASCII-heavy document. The form is
 // UTF-8 extended so that any 32-bit wide character round-trips (lone surrogates, values past
 // U+10FFFF), which wide text coming from applications may hold. Only this library reads it.
 namespace QvXmlLib16::detail {
 
-// Out is anything with append(const char*, size_t) and push_back(char): a std::string or a
-// node's text sink.
+// Out is a text sink (TreeStore.h): append(const char*, size_t), push_back(char), and for
+// AppendUtf16 Extend and GiveBack.
 template <class Out>
 void AppendCodePoint(Out& out, std::uint32_t c) {
     if (c < 0x80) {

@@ -72,6 +72,11 @@ private:
     std::vector<std::vector<CXmlAttribute*>*> m_attributeLists;
 };
 
+// A name as a node keeps it: uncounted in a store, counted on the heap.
+inline CSharedName NodeName(const CSharedName& name, const CTreeStore* store) {
+    return store ? name.Borrowed() : name;
+}
+
 // Makes an unlinked node keep its store alive until the node is deleted.
 void KeepStoreFor(const void* node) noexcept;
 

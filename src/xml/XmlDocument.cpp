@@ -174,8 +174,8 @@ CXmlElement* CXmlDocument::StartElement(const detail::CSharedName& ns,
         m_documentElement.reset(new (m_store) CXmlElement(this, nullptr, m_store));
         element = m_documentElement.get();
     }
-    element->m_namespace = m_store ? ns.Borrowed() : ns;
-    element->m_localName = m_store ? localName.Borrowed() : localName;
+    element->m_namespace = detail::NodeName(ns, m_store);
+    element->m_localName = detail::NodeName(localName, m_store);
     m_openElements.push_back(element);
     return element;
 }

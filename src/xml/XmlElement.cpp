@@ -93,8 +93,8 @@ CXmlAttribute::CXmlAttribute(const CXmlElement* owner, detail::CSharedName local
     : CInstanceMonitor(L"CXmlAttribute"),
       m_store(store),
       m_owner(owner),
-      m_localName(store ? localName.Borrowed() : std::move(localName)),
-      m_namespace(store ? ns.Borrowed() : std::move(ns)) {}
+      m_localName(detail::NodeName(localName, store)),
+      m_namespace(detail::NodeName(ns, store)) {}
 
 CXmlAttribute::~CXmlAttribute() {
     m_value.Free(m_store);
@@ -207,18 +207,16 @@ void CXmlElement::CountNamesOfSubtree() {
     }
 }
 
-// Through the document when there is one, so equal names share one string.
 const CXmlDocument* CXmlElement::GetDocument() const {
     if (detail::CTreeStore* store = Store())
         return store->GetDocument();
     return reinterpret_cast<const CXmlDocument*>(m_home);
 }
 
+// Through the document when there is one, so equal names share one string.
 detail::CSharedName CXmlElement::MakeName(const wchar_t* text, size_t length) const {
-    if (const CXmlDocument* document = GetDocument()) {
-        detail::CSharedName name = document->InternName(text, length);
-        return Store() ? name.Borrowed() : name;
-    }
+    if (const CXmlDocument* document = GetDocument())
+        return detail::NodeName(document->InternName(text, length), Store());
     return detail::CSharedName(text, length);
 }
 

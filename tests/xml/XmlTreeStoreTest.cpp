@@ -178,3 +178,15 @@ TEST(XmlTreeStore, HeapTreeOfACallbackDocument) {
     std::unique_ptr<CXmlElement> child(root->RemoveLastChildElement());
     EXPECT_EQ(child->GetAttributes()[0]->GetValue(), L"x");
 }
+
+// An attribute made on the heap for an element of a parsed tree counts its names, so it may
+// outlive the document as an unlinked element does.
+TEST(XmlTreeStore, HeapAttributeOfAStoreElementOutlivesItsDocument) {
+    auto doc = Parse("<r xmlns:p='urn:p'/>");
+    auto attribute =
+        std::make_unique<CXmlAttribute>(doc->GetDocumentElement(), L"name", L"value", L"urn:p");
+    doc.reset();
+    EXPECT_EQ(attribute->GetLocalName(), L"name");
+    EXPECT_EQ(attribute->GetNamespaceURI(), L"urn:p");
+    EXPECT_EQ(attribute->GetValue(), L"value");
+}
